@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+include(GoogleTest)
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+find_package(QCoro6 REQUIRED COMPONENTS Core)
+find_package(GTest REQUIRED)
+find_package(benchmark REQUIRED)
+qcoro_enable_coroutines()
+
+pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat>=59 libavcodec>=59 libavutil)
+pkg_check_modules(hwy REQUIRED IMPORTED_TARGET libhwy)
+pkg_check_modules(xcursor REQUIRED IMPORTED_TARGET xcursor)
+pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb xcb-shm xcb-xfixes xcb-damage xcb-composite xcb-randr
+                  xcb-xinput xcb-xkb xcb-xtest xkbcommon xkbcommon-x11)
+
+find_path(LIBYUV_INCLUDE libyuv.h REQUIRED)
+find_library(LIBYUV_LIBRARY yuv REQUIRED)
+add_library(libyuv INTERFACE IMPORTED)
+target_include_directories(libyuv SYSTEM INTERFACE ${LIBYUV_INCLUDE})
+target_link_libraries(libyuv INTERFACE ${LIBYUV_LIBRARY})

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Log.h"
+
+#include <QString>
+
+namespace tessaloom::Log {
+
+Q_LOGGING_CATEGORY(recording, "com.tessaloom.app.Recording")
+Q_LOGGING_CATEGORY(screenCapture, "com.tessaloom.app.ScreenCapture")
+Q_LOGGING_CATEGORY(eventTap, "com.tessaloom.app.EventTap")
+Q_LOGGING_CATEGORY(exporting, "com.tessaloom.app.Export")
+Q_LOGGING_CATEGORY(renderer, "com.tessaloom.app.Renderer")
+
+void install(bool verbose) {
+    qSetMessagePattern(QStringLiteral("%{if-category}%{category}: %{endif}%{message}"));
+    QLoggingCategory::setFilterRules(verbose ? QStringLiteral("com.tessaloom.app.*.info=true")
+                                             : QStringLiteral("com.tessaloom.app.*.info=false"));
+}
+
+}  // namespace tessaloom::Log

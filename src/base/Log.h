@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLoggingCategory>
+
+/// One category per area of the program, all under the prefix "com.tessaloom.app.".
+namespace tessaloom::Log {
+
+Q_DECLARE_LOGGING_CATEGORY(recording)
+Q_DECLARE_LOGGING_CATEGORY(screenCapture)
+Q_DECLARE_LOGGING_CATEGORY(eventTap)
+Q_DECLARE_LOGGING_CATEGORY(exporting)
+Q_DECLARE_LOGGING_CATEGORY(renderer)
+
+/// Milestones (info) are shown only when `verbose`; warnings and errors always are. Lines go to stderr.
+void install(bool verbose);
+
+}  // namespace tessaloom::Log

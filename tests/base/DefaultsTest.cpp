@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Defaults.h"
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <fstream>
+
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom {
+namespace {
+
+TEST(Defaults, AbsentKeysHoldNothing) {
+    const test::TemporaryFolder folder;
+    const Defaults defaults(folder.path() / "settings.ini");
+    EXPECT_FALSE(defaults.boolean("captureMic"));
+    EXPECT_FALSE(defaults.integer("countdownSeconds"));
+    EXPECT_FALSE(defaults.number("webcamSize"));
+    EXPECT_FALSE(defaults.text("webcamShape"));
+}
+
+TEST(Defaults, StoredValuesComeBackInALaterRun) {
+    const test::TemporaryFolder folder;
+    Defaults(folder.path() / "settings.ini").setBoolean("captureMic", true);
+    Defaults(folder.path() / "settings.ini").setText("webcamShape", "pill");
+    const Defaults later(folder.path() / "settings.ini");
+    EXPECT_EQ(later.boolean("captureMic"), true);
+    EXPECT_EQ(later.text("webcamShape"), "pill");
+}
+
+TEST(Defaults, AValueThatIsNoNumberIsNoInteger) {
+    const test::TemporaryFolder folder;
+    std::ofstream(folder.path() / "settings.ini") << "countdownSeconds=soon\nwebcamSize=0.25\n";
+    const Defaults defaults(folder.path() / "settings.ini");
+    EXPECT_FALSE(defaults.integer("countdownSeconds"));
+    EXPECT_EQ(defaults.number("webcamSize"), 0.25);
+}
+
+TEST(Defaults, TheEnvironmentOverridesTheLibraryFolder) {
+    qputenv("TESSALOOM_LIBRARY", "/somewhere/else");
+    EXPECT_EQ(Defaults::libraryFolder(), "/somewhere/else");
+    qputenv("TESSALOOM_LIBRARY", "");
+    EXPECT_EQ(Defaults::libraryFolder().filename(), "Tessaloom");
+    qunsetenv("TESSALOOM_LIBRARY");
+}
+
+}  // namespace
+}  // namespace tessaloom
