@@ -2,7 +2,8 @@
 #include "core/CaptionTrack.h"
 
 #include <algorithm>
-#include <functional>
+#include <iterator>
+#include <set>
 #include <utility>
 
 namespace tessaloom {
@@ -49,13 +50,10 @@ std::optional<CaptionChip> CaptionTrack::chip(double time) const {
 }
 
 std::vector<std::string_view> CaptionTrack::uniqueTexts() const {
-    std::vector<std::string_view> texts;
+    std::set<std::string_view> texts;
     for (const Caption& line : lines_)
-        texts.emplace_back(line.text);
-    std::ranges::sort(texts);
-    const auto repeated = std::ranges::unique(texts);
-    texts.erase(repeated.begin(), repeated.end());
-    return texts;
+        texts.insert(line.text);
+    return {texts.begin(), texts.end()};
 }
 
 }  // namespace tessaloom

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Json.h"
 
+#include <rapidjson/encodedstream.h>
+#include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 
 #include <algorithm>
@@ -16,6 +19,46 @@ namespace {
 std::string_view text(const JsonValue& value) {
     return {value.GetString(), value.GetStringLength()};
 }
+
+// Builds a document from a text that is being parsed. Numbers come as they are spelled: the library's own
+// conversion to full precision stumbles over some of them (such as 0e308).
+class DocumentBuilder {
+  public:
+    explicit DocumentBuilder(JsonDocument& document) : document_(document) {}
+
+    bool Null() { return document_.Null(); }
+    bool Bool(bool value) { return document_.Bool(value); }
+    bool Int(int value) { return document_.Int(value); }
+    bool Uint(unsigned value) { return document_.Uint(value); }
+    bool Int64(std::int64_t value) { return document_.Int64(value); }
+    bool Uint64(std::uint64_t value) { return document_.Uint64(value); }
+    bool Double(double value) { return document_.Double(value); }
+    bool String(const char* text, unsigned length, bool copy) { return document_.String(text, length, copy); }
+    bool Key(const char* text, unsigned length, bool copy) { return document_.Key(text, length, copy); }
+    bool StartObject() { return document_.StartObject(); }
+    bool EndObject(unsigned count) { return document_.EndObject(count); }
+    bool StartArray() { return document_.StartArray(); }
+    bool EndArray(unsigned count) { return document_.EndArray(count); }
+
+    /// A number beyond the range of a double is an unreadable value.
+    bool RawNumber(const char* text, unsigned length, bool) {
+        if (const auto value = converted<std::uint64_t>(text, length)) return document_.Uint64(*value);
+        if (const auto value = converted<std::int64_t>(text, length)) return document_.Int64(*value);
+        if (const auto value = converted<double>(text, length)) return document_.Double(*value);
+        return document_.Null();
+    }
+
+  private:
+    template <typename Number>
+    static std::optional<Number> converted(const char* text, unsigned length) {
+        Number number{};
+        const auto [end, error] = std::from_chars(text, text + length, number);
+        if (error != std::errc{} || end != text + length) return std::nullopt;
+        return number;
+    }
+
+    JsonDocument& document_;
+};
 
 bool isIntegral(const JsonValue& value) {
     return value.IsDouble() && std::trunc(value.GetDouble()) == value.GetDouble();
@@ -72,10 +115,16 @@ void writeSorted(const JsonValue& value, Writer& writer) {
 }  // namespace
 
 std::optional<JsonDocument> parseJsonObject(std::string_view text) {
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    rapidjson::MemoryStream bytes(text.data(), text.size());
+    rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
+    const auto parse = [&stream](JsonDocument& document) {
+        DocumentBuilder builder(document);
+        return !rapidjson::Reader().Parse<flags>(stream, builder).IsError();
+    };
     JsonDocument document;
-    document.Parse<flags>(text.data(), text.size());
-    if (document.HasParseError() || !document.IsObject()) return std::nullopt;
+    document.Populate(parse);
+    if (!document.IsObject()) return std::nullopt;
     return document;
 }
 

@@ -43,7 +43,7 @@ std::optional<Uuid> Uuid::fromText(std::string_view text) {
         const auto digit = hexDigit(text[place]);
         if (!digit) return std::nullopt;
         auto& byte = uuid.bytes_[nibble / 2];
-        byte = static_cast<std::uint8_t>(byte << 4 | *digit);
+        byte = static_cast<std::uint8_t>(byte * 16U + *digit);
         ++nibble;
     }
     return uuid;

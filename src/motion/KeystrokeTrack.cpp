@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 namespace tessaloom {
 namespace {
@@ -47,13 +48,10 @@ std::optional<KeystrokeChip> KeystrokeTrack::chip(double time) const {
 }
 
 std::vector<std::string_view> KeystrokeTrack::uniqueTexts() const {
-    std::vector<std::string_view> texts;
+    std::set<std::string_view> texts;
     for (const Stroke& stroke : strokes_)
-        texts.emplace_back(stroke.text);
-    std::ranges::sort(texts);
-    const auto repeated = std::ranges::unique(texts);
-    texts.erase(repeated.begin(), repeated.end());
-    return texts;
+        texts.insert(stroke.text);
+    return {texts.begin(), texts.end()};
 }
 
 }  // namespace tessaloom
