@@ -5,7 +5,9 @@
 
 namespace tessaloom {
 
-int WorkerPool::hardwareParticipants() { return static_cast<int>(std::thread::hardware_concurrency()); }
+int WorkerPool::hardwareParticipants() {
+    return static_cast<int>(std::thread::hardware_concurrency());
+}
 
 WorkerPool::WorkerPool(int participants) {
     for (int participant = 1; participant < participants; ++participant) {
@@ -14,7 +16,8 @@ WorkerPool::WorkerPool(int participants) {
 }
 
 WorkerPool::~WorkerPool() {
-    for (std::jthread& helper : helpers_) helper.request_stop();
+    for (std::jthread& helper : helpers_)
+        helper.request_stop();
 }
 
 void WorkerPool::forEachBand(int rows, int bandHeight, const Band& band) {
@@ -49,7 +52,8 @@ void WorkerPool::help(const std::stop_token& stop, int participant) {
 }
 
 void WorkerPool::takeBands(const Band& band, int participant) {
-    for (int first = nextRow_.fetch_add(bandHeight_); first < rows_; first = nextRow_.fetch_add(bandHeight_)) {
+    for (int first = nextRow_.fetch_add(bandHeight_); first < rows_;
+         first = nextRow_.fetch_add(bandHeight_)) {
         band(first, std::min(first + bandHeight_, rows_), participant);
     }
 }

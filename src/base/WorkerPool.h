@@ -16,7 +16,8 @@ namespace tessaloom {
 class WorkerPool {
   public:
     /// Handles rows `first` to `last` (exclusive). `participant` counts from 0 (the caller) and is never used
-    /// by two bands at once, so it can name a scratch buffer. Must not throw.
+    /// by two bands at once, so it can name a scratch buffer. Must not throw. Pass a reference wrapper to a
+    /// callable to keep this wrapper from allocating.
     using Band = std::function<void(int first, int last, int participant)>;
 
     static int hardwareParticipants();
@@ -29,7 +30,8 @@ class WorkerPool {
 
     int participants() const { return static_cast<int>(helpers_.size()) + 1; }
 
-    /// Calls `band` for all rows in pieces of `bandHeight`, in no particular order; returns when all are done.
+    /// Calls `band` for all rows in pieces of `bandHeight`, in no particular order; returns when all are
+    /// done.
     void forEachBand(int rows, int bandHeight, const Band& band);
 
   private:

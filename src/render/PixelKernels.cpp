@@ -44,8 +44,10 @@ void mixRows(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight, 
     const std::size_t step = hn::Lanes(words);
     const auto weights = hn::Set(words, weight);
     std::size_t i = 0;
-    for (; i + step <= count; i += step) mixVector(a + i, b + i, weights, out + i);
-    for (; i < count; ++i) out[i] = mixByte(a[i], b[i], weight);
+    for (; i + step <= count; i += step)
+        mixVector(a + i, b + i, weights, out + i);
+    for (; i < count; ++i)
+        out[i] = mixByte(a[i], b[i], weight);
 }
 
 void mixPixels(const std::uint8_t* a, const std::uint8_t* b, const std::int16_t* weights, std::uint8_t* out,
@@ -53,12 +55,15 @@ void mixPixels(const std::uint8_t* a, const std::uint8_t* b, const std::int16_t*
     const Words words;
     const std::size_t step = hn::Lanes(words);
     std::size_t i = 0;
-    for (; i + step <= count; i += step) mixVector(a + i, b + i, hn::LoadU(words, weights + i), out + i);
-    for (; i < count; ++i) out[i] = mixByte(a[i], b[i], weights[i]);
+    for (; i + step <= count; i += step)
+        mixVector(a + i, b + i, hn::LoadU(words, weights + i), out + i);
+    for (; i < count; ++i)
+        out[i] = mixByte(a[i], b[i], weights[i]);
 }
 
-// Neighbours are fetched by plain 8-byte loads into two short runs that stay in the first-level cache: measured
-// twice as fast as gather instructions. The split of a pair relies on the little-endian order asserted above.
+// Neighbours are fetched by plain 8-byte loads into two short runs that stay in the first-level cache:
+// measured twice as fast as gather instructions. The split of a pair relies on the little-endian order
+// asserted above.
 void resampleRow(const std::uint8_t* source, const std::int32_t* columns, const std::int16_t* weights,
                  std::uint8_t* out, std::size_t pixels) {
     constexpr std::size_t runLength = 256;
@@ -87,7 +92,8 @@ void addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::size_t count) {
         const auto term = hn::PromoteTo(wide, hn::LoadU(narrow, bytes + i));
         hn::StoreU(hn::Add(hn::LoadU(wide, sums + i), term), wide, sums + i);
     }
-    for (; i < count; ++i) sums[i] = static_cast<std::uint16_t>(sums[i] + bytes[i]);
+    for (; i < count; ++i)
+        sums[i] = static_cast<std::uint16_t>(sums[i] + bytes[i]);
 }
 
 void fifthOfRow(const std::uint16_t* sums, std::uint8_t* out, std::size_t count) {
@@ -103,7 +109,8 @@ void fifthOfRow(const std::uint16_t* sums, std::uint8_t* out, std::size_t count)
         const auto mean = hn::MulHigh(hn::Add(hn::LoadU(wide, sums + i), half), fifth);
         hn::StoreU(hn::DemoteTo(narrow, hn::BitCast(words, mean)), narrow, out + i);
     }
-    for (; i < count; ++i) out[i] = static_cast<std::uint8_t>((sums[i] + 2) / 5);
+    for (; i < count; ++i)
+        out[i] = static_cast<std::uint8_t>((sums[i] + 2) / 5);
 }
 
 }  // namespace
@@ -118,8 +125,8 @@ HWY_EXPORT(resampleRow);
 HWY_EXPORT(addRow);
 HWY_EXPORT(fifthOfRow);
 
-void PixelKernels::mixRows(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight, std::uint8_t* out,
-                           std::size_t bytes) {
+void PixelKernels::mixRows(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight,
+                           std::uint8_t* out, std::size_t bytes) {
     HWY_DYNAMIC_DISPATCH(mixRows)(a, b, weight, out, bytes);
 }
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The inner loops over 8-bit pixels, compiled for several instruction sets and chosen at run time. Weights are
-/// 15-bit fractions (32768 would be 1): result = a + (b - a) * weight, rounded to nearest. Spans may have any
-/// alignment; nothing outside them is read or written.
+/// The inner loops over 8-bit pixels, compiled for several instruction sets and chosen at run time. Weights
+/// are 15-bit fractions (32768 would be 1): result = a + (b - a) * weight, rounded to nearest. Spans may have
+/// any alignment; nothing outside them is read or written.
 namespace tessaloom::PixelKernels {
 
 constexpr int weightBits = 15;
