@@ -61,7 +61,7 @@ void drawZoomingFrame(benchmark::State& state) {
     FrameComposer::Frame frame = typicalFrame(width, height, static_cast<float>(state.range(1)), renderer);
     BgraImage target(width, height);
     std::uint64_t identity = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         frame.uniforms.b.z = 0.2F + static_cast<float>(++identity % 1000) * 0.0001F;
         renderer.render(frame, {{recording.view(), identity}}, target);
     }

@@ -22,7 +22,7 @@ void BlurredPictureReader::prepare(BgraView picture, const AxisMapping& across, 
     const double stepAcross = radius * 0.5;
     stepDown_ = stepAcross * picture.width / picture.height;
     for (int tap = 0; tap < taps; ++tap) {
-        columns_[static_cast<std::size_t>(tap)].prepare(shifted(across, (tap - taps / 2) * stepAcross),
+        columns_[static_cast<std::size_t>(tap)].prepare(shifted(across, (tap - middleTap) * stepAcross),
                                                         picture.width, columns);
     }
 }
@@ -53,7 +53,7 @@ void BlurredPictureReader::averageRows(int y, PixelSpan texels, RowScratch& scra
     const std::size_t channels = static_cast<std::size_t>(texels.length()) * 4;
     std::fill_n(scratch.sums.begin(), channels, std::uint16_t{0});
     for (int tap = 0; tap < taps; ++tap) {
-        const double fraction = down_.fractionAt(y) + (tap - taps / 2) * stepDown_;
+        const double fraction = down_.fractionAt(y) + (tap - middleTap) * stepDown_;
         const TexelPosition position = texelPosition(fixedTexel(fraction, picture_.height), picture_.height);
         const std::uint8_t* row = mixedRow(picture_, position, texels, scratch);
         PixelKernels::addRow(row + start, scratch.sums.data(), channels);

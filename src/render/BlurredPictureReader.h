@@ -27,6 +27,7 @@ class BlurredPictureReader {
 
   private:
     static constexpr int taps = 5;
+    static constexpr int middleTap = 2;
 
     PixelSpan texels(PixelSpan span) const;
     void averageRows(int y, PixelSpan texels, RowScratch& scratch) const;

@@ -27,7 +27,7 @@ double ringAlpha(const RippleUniforms& ripple, double d) {
 void blend(const std::array<double, 3>& color, double alpha, std::uint8_t* pixel) {
     for (std::size_t channel = 0; channel < color.size(); ++channel) {
         const double mixed = color[channel] * 255 * alpha + pixel[channel] * (1 - alpha);
-        pixel[channel] = static_cast<std::uint8_t>(std::clamp(mixed, 0.0, 255.0) + 0.5);
+        pixel[channel] = static_cast<std::uint8_t>(std::lround(std::clamp(mixed, 0.0, 255.0)));
     }
 }
 

@@ -12,6 +12,7 @@
 #include "render/RandomFrame.h"
 #include "render/ReferenceComparison.h"
 #include "support/PictureFiles.h"
+#include "support/PixelAt.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -68,7 +69,7 @@ FrameComposer::Frame randomFrame(Chance& chance, int width, int height, float st
 
 bool sameBytes(const BgraImage& a, const BgraImage& b) {
     for (int y = 0; y < a.height(); ++y) {
-        if (std::memcmp(a.row(y), b.row(y), static_cast<std::size_t>(a.width()) * 4) != 0) return false;
+        if (std::memcmp(a.row(y), b.row(y), test::bytesOf(a.width())) != 0) return false;
     }
     return a.width() == b.width() && a.height() == b.height();
 }
@@ -149,7 +150,8 @@ TEST(CpuRendererTest, CopiesAnUnscaledRecordingExactly) {
     BgraImage target(158, 88);
     CpuRenderer(1, noThemes).render(frame, {{recording.view(), 0}}, target);
     for (int y = 0; y < 88; ++y) {
-        ASSERT_EQ(std::memcmp(target.row(y), recording.row(y + 1) + 4, 158 * 4), 0) << "row " << y;
+        ASSERT_EQ(std::memcmp(target.row(y), test::pixelAt(recording, 1, y + 1), test::bytesOf(158)), 0)
+            << "row " << y;
     }
 }
 
@@ -165,11 +167,11 @@ TEST(CpuRendererTest, RedrawsABlurredBackdropOnlyForAnotherPicture) {
     BgraImage after(64, 64);
     renderer.render(frame, {{first.view(), 1}}, before);
     renderer.render(frame, {{second.view(), 1}}, after);
-    EXPECT_EQ(std::memcmp(before.row(0), after.row(0), 64 * 4), 0) << "same identity";
+    EXPECT_EQ(std::memcmp(before.row(0), after.row(0), test::bytesOf(64)), 0) << "same identity";
     renderer.render(frame, {{second.view(), 2}}, after);
-    EXPECT_NE(std::memcmp(before.row(0), after.row(0), 64 * 4), 0) << "another identity";
+    EXPECT_NE(std::memcmp(before.row(0), after.row(0), test::bytesOf(64)), 0) << "another identity";
     renderer.render(frame, {{first.view(), 0}}, after);
-    EXPECT_EQ(std::memcmp(before.row(0), after.row(0), 64 * 4), 0) << "unknown identity";
+    EXPECT_EQ(std::memcmp(before.row(0), after.row(0), test::bytesOf(64)), 0) << "unknown identity";
 }
 
 TEST(CpuRendererTest, DrawsAMissingRecordingBlackAndAMissingWallpaperDark) {
@@ -182,7 +184,7 @@ TEST(CpuRendererTest, DrawsAMissingRecordingBlackAndAMissingWallpaperDark) {
     BgraImage target(32, 32);
     renderer.render(frame, {}, target);
     for (const int x : {0, 16}) {
-        const std::uint8_t* pixel = target.row(16) + x * 4;
+        const std::uint8_t* pixel = test::pixelAt(target, x, 16);
         EXPECT_EQ(pixel[0] + pixel[1] + pixel[2], 0);
         EXPECT_EQ(pixel[3], 255);
     }
@@ -199,10 +201,10 @@ TEST(CpuRendererTest, ForgetsTheWallpaperWhenThereIsNone) {
     BgraImage target(32, 32);
     renderer.loadWallpaper(file);
     renderer.render(frame, {}, target);
-    EXPECT_EQ(std::memcmp(target.row(2), wallpaper.row(2), 32 * 4), 0);
+    EXPECT_EQ(std::memcmp(target.row(2), wallpaper.row(2), test::bytesOf(32)), 0);
     renderer.loadWallpaper(std::nullopt);
     renderer.render(frame, {}, target);
-    EXPECT_EQ(target.row(2)[4 * 3], 0);
+    EXPECT_EQ(test::pixelAt(target, 3, 2)[0], 0);
 }
 
 TEST(CpuRendererTest, TellsSizeAndTipOfTheChosenCursor) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <fstream>
 
+#include "support/PixelAt.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -17,7 +18,8 @@ const std::vector<std::string> noThemes;
 
 std::uint8_t alphaAt(const CursorImage& cursor, Point point) {
     const double scale = cursor.pixels.width() / cursor.size.width;
-    return cursor.pixels.row(static_cast<int>(point.y * scale))[static_cast<int>(point.x * scale) * 4 + 3];
+    return test::pixelAt(cursor.pixels, static_cast<int>(point.x * scale),
+                         static_cast<int>(point.y * scale))[3];
 }
 
 TEST(CursorImageTest, DrawsEveryStyleWithoutATheme) {
@@ -30,7 +32,7 @@ TEST(CursorImageTest, DrawsEveryStyleWithoutATheme) {
         EXPECT_LT(cursor.hotspot.y, cursor.size.height);
         for (int y = 0; y < cursor.pixels.height(); ++y) {
             for (int x = 0; x < cursor.pixels.width(); ++x) {
-                const std::uint8_t* pixel = cursor.pixels.row(y) + x * 4;
+                const std::uint8_t* pixel = test::pixelAt(cursor.pixels, x, y);
                 for (int channel = 0; channel < 3; ++channel) {
                     ASSERT_LE(pixel[channel], pixel[3]) << "not premultiplied";
                 }
@@ -68,7 +70,7 @@ TEST(CursorImageTest, DotIsAWhiteDiscWithADarkRim) {
     EXPECT_EQ(dot.hotspot, (Point{13, 13}));
     EXPECT_EQ(dot.pixels.width(), 52);
     EXPECT_NEAR(alphaAt(dot, {13, 13}), 0.92 * 255, 1);
-    EXPECT_NEAR(dot.pixels.row(26)[26 * 4], 0.92 * 255, 1);
+    EXPECT_NEAR(test::pixelAt(dot.pixels, 26, 26)[0], 0.92 * 255, 1);
     EXPECT_NEAR(alphaAt(dot, {13, 3.5}), 0.55 * 255, 2) << "the rim's outer half lies on nothing";
     EXPECT_EQ(alphaAt(dot, {13, 2.4}), 0);
 }
@@ -79,7 +81,7 @@ TEST(CursorImageTest, RingIsHollow) {
     EXPECT_EQ(ring.hotspot, (Point{13, 13}));
     EXPECT_EQ(alphaAt(ring, {13, 13}), 0);
     // White of 0.95 over black of 0.5 in the middle of the line.
-    const std::uint8_t* line = ring.pixels.row(static_cast<int>(4.2 * 2)) + 26 * 4;
+    const std::uint8_t* line = test::pixelAt(ring.pixels, 26, 8);
     EXPECT_NEAR(line[0], 0.95 * 255, 2);
     EXPECT_NEAR(line[3], (0.95 + 0.05 * 0.5) * 255, 2);
     EXPECT_NEAR(alphaAt(ring, {13, 1.6}), 0.5 * 255, 2) << "the dark line is wider than the white one";
@@ -147,7 +149,7 @@ TEST(CursorThemeTest, GivesTheSizeInPointsAndTheSharpestPixels) {
     EXPECT_EQ(sharp.size, (Size{24, 24}));
     EXPECT_EQ(sharp.pixels.width(), 96);
     EXPECT_EQ(sharp.hotspot, (Point{3.5, 3.5})) << "from the big image, to a fraction of a point";
-    EXPECT_EQ(sharp.pixels.row(50)[4 * 50 + 2], 255) << "red of the big image";
+    EXPECT_EQ(test::pixelAt(sharp.pixels, 50, 50)[2], 255) << "red of the big image";
 
     const CursorImage small = makeCursorImage(CursorStyle::hand, std::vector<std::string>{"sharp", "small"});
     EXPECT_EQ(small.size, (Size{20, 20})) << "the next theme's, since the first has no hand";

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "render/KeystrokeChipRaster.h"
+#include "support/PixelAt.h"
 
 namespace tessaloom {
 namespace {
@@ -88,7 +89,7 @@ Rect whiteBounds(const BgraImage& picture) {
     int left = picture.width(), top = picture.height(), right = 0, bottom = 0;
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
-            if (!isWhite(picture.row(y) + x * 4)) continue;
+            if (!isWhite(test::pixelAt(picture, x, y))) continue;
             left = std::min(left, x);
             top = std::min(top, y);
             right = std::max(right, x + 1);
@@ -106,7 +107,7 @@ TEST(KeystrokeChipRasterTest, IsADarkRoundedPlateAroundWhiteText) {
     EXPECT_EQ(chip.size.width, std::ceil(chip.size.width));
     EXPECT_EQ(chip.size.height, std::ceil(chip.size.height));
     EXPECT_EQ(chip.pixels.row(0)[3], 0) << "the corner is outside the plate";
-    const std::uint8_t* plate = chip.pixels.row(20) + chip.pixels.width() / 2 * 4;
+    const std::uint8_t* plate = test::pixelAt(chip.pixels, chip.pixels.width() / 2, 20);
     EXPECT_NEAR(plate[3], 0.72 * 255, 1);
     EXPECT_EQ(plate[0] + plate[1] + plate[2], 0);
 }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "support/PixelAt.h"
+
 namespace tessaloom {
 namespace {
 
@@ -12,7 +14,7 @@ BgraImage checkerboard(int width, int height) {
     BgraImage picture(width, height);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            std::fill_n(picture.row(y) + x * 4, 4, static_cast<std::uint8_t>((x + y) % 2 * 200));
+            std::fill_n(test::pixelAt(picture, x, y), 4, static_cast<std::uint8_t>((x + y) % 2 * 200));
         }
     }
     return picture;
@@ -39,17 +41,17 @@ TEST(PictureLevelsTest, AveragesWhatItHalves) {
 TEST(PictureLevelsTest, KeepsTheLastColumnAndRowOfOddSizes) {
     BgraImage picture(65, 33);
     for (int y = 0; y < 33; ++y)
-        std::fill_n(picture.row(y), 65 * 4, std::uint8_t{0});
+        std::fill_n(picture.row(y), test::bytesOf(65), std::uint8_t{0});
     for (int y = 0; y < 33; ++y)
-        std::fill_n(picture.row(y) + 64 * 4, 4, std::uint8_t{255});
-    std::fill_n(picture.row(32), 65 * 4, std::uint8_t{255});
+        std::fill_n(test::pixelAt(picture, 64, y), 4, std::uint8_t{255});
+    std::fill_n(picture.row(32), test::bytesOf(65), std::uint8_t{255});
     const PictureLevels levels(std::move(picture));
     const BgraView half = levels.forWidth(33);
     ASSERT_EQ(half.width, 33);
     ASSERT_EQ(half.height, 17);
-    EXPECT_EQ(half.row(3)[32 * 4], 255);
+    EXPECT_EQ(test::pixelAt(half, 32, 3)[0], 255);
     EXPECT_EQ(half.row(16)[0], 255);
-    EXPECT_EQ(half.row(15)[31 * 4], 0);
+    EXPECT_EQ(test::pixelAt(half, 31, 15)[0], 0);
 }
 
 TEST(PictureLevelsTest, LeavesSmallPicturesAlone) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "support/PixelAt.h"
+
 namespace tessaloom::test {
 namespace {
 
@@ -11,7 +13,7 @@ Float4 randomColor(Chance& chance) {
 }
 
 void setPixel(BgraImage& picture, int x, int y, const Float4& color) {
-    std::uint8_t* pixel = picture.row(y) + x * 4;
+    std::uint8_t* pixel = pixelAt(picture, x, y);
     pixel[0] = static_cast<std::uint8_t>(color.z * 255);
     pixel[1] = static_cast<std::uint8_t>(color.y * 255);
     pixel[2] = static_cast<std::uint8_t>(color.x * 255);

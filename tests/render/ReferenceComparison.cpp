@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "support/PictureFiles.h"
+#include "support/PixelAt.h"
 
 namespace tessaloom::test {
 namespace {
@@ -31,7 +32,7 @@ Difference difference(const BgraImage& actual, const ReferenceCanvas& expected) 
     double sum = 0;
     for (int y = 0; y < actual.height(); ++y) {
         for (int x = 0; x < actual.width(); ++x) {
-            const std::uint8_t* pixel = actual.row(y) + x * 4;
+            const std::uint8_t* pixel = pixelAt(actual, x, y);
             result.opaque = result.opaque && pixel[3] == 255;
             if (expected.onHardEdge[expected.index(x, y)]) continue;
             for (std::size_t channel = 0; channel < 3; ++channel) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "support/PixelAt.h"
+
 namespace tessaloom::test {
 namespace {
 
@@ -60,7 +62,7 @@ double clampedTexel(double fraction, int length) {
 
 ReferencePixel texel(BgraView picture, double x, double y) {
     const int column = std::min(static_cast<int>(x), picture.width - 1);
-    const std::uint8_t* bytes = picture.row(std::min(static_cast<int>(y), picture.height - 1)) + column * 4;
+    const std::uint8_t* bytes = pixelAt(picture, column, std::min(static_cast<int>(y), picture.height - 1));
     return {double(bytes[0]), double(bytes[1]), double(bytes[2]), double(bytes[3])};
 }
 
@@ -149,7 +151,7 @@ bool outsideContent(ReferenceCanvas& canvas, std::size_t index, Vec px, const Fl
 ReferenceCanvas::ReferenceCanvas(int canvasWidth, int canvasHeight)
     : width(canvasWidth),
       height(canvasHeight),
-      pixels(static_cast<std::size_t>(canvasWidth * canvasHeight)),
+      pixels(static_cast<std::size_t>(canvasWidth) * static_cast<std::size_t>(canvasHeight)),
       onHardEdge(pixels.size()) {}
 
 void referenceComposite(ReferenceCanvas& canvas, const CompositeUniforms& u, BgraView recording,

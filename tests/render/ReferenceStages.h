@@ -19,7 +19,9 @@ struct ReferenceCanvas {
 
     ReferencePixel& at(int x, int y) { return pixels[index(x, y)]; }
     const ReferencePixel& at(int x, int y) const { return pixels[index(x, y)]; }
-    std::size_t index(int x, int y) const { return static_cast<std::size_t>(y * width + x); }
+    std::size_t index(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    }
 
     int width;
     int height;
