@@ -31,6 +31,15 @@ inline std::string libavReason(int code) {
     return text;
 }
 
+/// Keeps libav's own chatter off stderr: what matters of it reaches the caller as an exception.
+inline void quietLibav() {
+    static const bool quiet = [] {
+        av_log_set_level(AV_LOG_FATAL);
+        return true;
+    }();
+    static_cast<void>(quiet);
+}
+
 /// Throws a MediaError reading "`what`: reason." when `code`, a libav return value, is an error.
 inline int requireLibav(int code, const std::string& what) {
     if (code < 0) throw MediaError(what + ": " + libavReason(code) + ".");

@@ -28,6 +28,7 @@ std::string writeProblem(const std::string& path) {
 }
 
 OutputHandle openOutput(const std::string& path, MovieWriter::Container container) {
+    quietLibav();
     const char* format = container == MovieWriter::Container::mp4 ? "mp4" : "mov";
     AVFormatContext* output = nullptr;
     requireLibav(avformat_alloc_output_context2(&output, nullptr, format, path.c_str()), writeProblem(path));
