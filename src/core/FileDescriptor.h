@@ -28,8 +28,12 @@ class FileDescriptor {
     /// One write where the system allows it, repeated only for what it left over.
     void writeAll(std::string_view bytes);
     std::string readAll();
-    /// Until the content is on the disk.
+    /// Returns when the content is on the disk: with all the file's attributes, or with those needed to read
+    /// it back.
+    void sync();
     void syncData();
+    /// Empties the file.
+    void truncate();
     /// Takes the exclusive lock of the file; false when another holder has it.
     bool tryLock();
 

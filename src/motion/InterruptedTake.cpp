@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "motion/InterruptedTake.h"
+
+#include <exception>
+
+#include "core/EventJournal.h"
+#include "motion/ZoomEngine.h"
+
+namespace tessaloom {
+namespace {
+
+// The stop writes the log before it does anything else that could be lost; what a recording starts with is
+// the empty log.
+bool wasStopped(const TakeBundle& bundle) {
+    try {
+        return bundle.readLog() != EventLog{};
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+EditParams editOrFresh(const TakeBundle& bundle) {
+    try {
+        return bundle.readEdit();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+void finishInterruptedTake(const TakeBundle& bundle) {
+    const auto recovered = recoverJournal(bundle);
+    if (!recovered) return;
+    if (!wasStopped(bundle)) bundle.write(*recovered);
+    const EventLog log = bundle.readLog();
+    EditParams edit = editOrFresh(bundle);
+    edit.zoomKeyframes = ZoomEngine{}.generate(log, logDuration(log));
+    bundle.write(edit);
+    std::filesystem::remove(bundle.file(TakeBundle::journalFile));
+}
+
+}  // namespace tessaloom
