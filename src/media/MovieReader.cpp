@@ -17,7 +17,7 @@ using InputHandle = std::unique_ptr<AVFormatContext, InputClose>;
 
 InputHandle openInput(const std::filesystem::path& path) {
     quietLibav();
-    const std::string problem = "\"" + path.string() + "\" can't be read";
+    const std::string problem = "\"" + path.filename().string() + "\" can't be read";
     AVFormatContext* input = nullptr;
     requireLibav(avformat_open_input(&input, path.c_str(), nullptr, nullptr), problem);
     InputHandle handle(input);

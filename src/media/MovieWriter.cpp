@@ -23,17 +23,15 @@ struct OutputDelete {
 };
 using OutputHandle = std::unique_ptr<AVFormatContext, OutputDelete>;
 
-std::string writeProblem(const std::string& path) {
-    return "\"" + path + "\" can't be written";
-}
+constexpr auto writeProblem = "The movie can't be written";
 
 OutputHandle openOutput(const std::string& path, MovieWriter::Container container) {
     quietLibav();
     const char* format = container == MovieWriter::Container::mp4 ? "mp4" : "mov";
     AVFormatContext* output = nullptr;
-    requireLibav(avformat_alloc_output_context2(&output, nullptr, format, path.c_str()), writeProblem(path));
+    requireLibav(avformat_alloc_output_context2(&output, nullptr, format, path.c_str()), writeProblem);
     OutputHandle handle(output);
-    requireLibav(avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE), writeProblem(path));
+    requireLibav(avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE), writeProblem);
     return handle;
 }
 
@@ -54,14 +52,13 @@ LibavHandle<AVDictionary> muxerOptions(const MovieWriter::Settings& settings) {
 }  // namespace
 
 struct MovieWriter::File {
-    std::string path;
     OutputHandle output;
     AVStream* stream = nullptr;
 };
 
 std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& path,
                                                  const Settings& settings) {
-    auto file = std::make_unique<File>(File{path.string(), openOutput(path.string(), settings.container)});
+    auto file = std::make_unique<File>(File{openOutput(path.string(), settings.container)});
     AVFormatContext* output = file->output.get();
     if (settings.container == Container::fragmentedMovie) output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
     file->stream = avformat_new_stream(output, nullptr);
@@ -72,7 +69,7 @@ std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& pa
     AVDictionary* options = muxerOptions(settings).release();
     const int result = avformat_write_header(output, &options);
     const LibavHandle<AVDictionary> unused(options);
-    requireLibav(result, writeProblem(path.string()));
+    requireLibav(result, writeProblem);
     return writer;
 }
 
@@ -102,27 +99,26 @@ void MovieWriter::finish() {
     encoder_.finish([this](AVPacket& packet) { writePacket(packet); });
     flush();
     AVFormatContext* output = file_->output.get();
-    requireLibav(av_write_trailer(output), writeProblem(file_->path));
-    requireLibav(avio_closep(&output->pb), writeProblem(file_->path));
+    requireLibav(av_write_trailer(output), writeProblem);
+    requireLibav(avio_closep(&output->pb), writeProblem);
 }
 
 void MovieWriter::writePacket(AVPacket& packet) {
     packet.duration = lastDuration_;
     packet.stream_index = file_->stream->index;
     av_packet_rescale_ts(&packet, {1, settings_.video.timescale}, file_->stream->time_base);
-    requireLibav(av_write_frame(file_->output.get(), &packet), writeProblem(file_->path));
+    requireLibav(av_write_frame(file_->output.get(), &packet), writeProblem);
 }
 
 void MovieWriter::beginFragment(double time) {
     fragmentStart_ = time;
     if (settings_.container == Container::mp4) return;
     // Or else the muxer moves the fragment to where the last one's pictures ended.
-    requireLibav(av_opt_set(file_->output->priv_data, "movflags", "+frag_discont", 0),
-                 writeProblem(file_->path));
+    requireLibav(av_opt_set(file_->output->priv_data, "movflags", "+frag_discont", 0), writeProblem);
 }
 
 void MovieWriter::cutFragment() {
-    requireLibav(av_write_frame(file_->output.get(), nullptr), writeProblem(file_->path));
+    requireLibav(av_write_frame(file_->output.get(), nullptr), writeProblem);
 }
 
 }  // namespace tessaloom
