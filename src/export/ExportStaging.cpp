@@ -42,7 +42,8 @@ void ExportStaging::commit() {
         std::filesystem::rename(url_, destination_, error);
         discard();
     }
-    if (error) throw std::filesystem::filesystem_error("The export can't be put in place", destination_, error);
+    if (error)
+        throw std::filesystem::filesystem_error("The export can't be put in place", destination_, error);
 }
 
 void ExportStaging::discard() noexcept {

@@ -15,7 +15,8 @@ constexpr double mostFrames = 60.0 * 366 * 24 * 3600;
 
 double keptLength(std::span<const TimeSegment> segments) {
     double sum = 0;
-    for (const TimeSegment& segment : segments) sum += segment.length();
+    for (const TimeSegment& segment : segments)
+        sum += segment.length();
     return std::max(sum, shortestKept);
 }
 
