@@ -18,7 +18,7 @@ class ColumnTable {
     void prepare(const AxisMapping& mapping, int pictureWidth, PixelSpan columns);
 
     /// The texels that the canvas pixels `span` (not empty, within the prepared columns) read. One past the
-    /// picture's last texel is among them when the picture has only one.
+    /// last texel is among them when the picture has a single column; its weight is 0.
     PixelSpan texels(PixelSpan span) const;
 
     /// Scales a picture's row, of which only `texels(span)` need be there, to the canvas pixels `span`; `out`

@@ -2,7 +2,6 @@
 #include "render/PictureReader.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace tessaloom {
 
@@ -17,7 +16,6 @@ const std::uint8_t* mixedRow(BgraView picture, TexelPosition position, PixelSpan
     std::uint8_t* mixed = scratch.mixed.data();
     PixelKernels::mixRows(upper + start, lower + start, position.weight, mixed + start,
                           static_cast<std::size_t>(end - start));
-    if (last < texels.last) std::memcpy(mixed + end, mixed + end - 4, 4);
     return mixed;
 }
 

@@ -11,8 +11,9 @@
 
 namespace tessaloom {
 
-/// The row of `picture` at a place between two of its rows; only `texels` of it are valid. One texel past the
-/// picture's last repeats it. Points into the picture or into `scratch.mixed`.
+/// The row of `picture` at a place between two of its rows; only `texels` of it are valid. They may reach one
+/// texel past a picture of a single column: it can be read but says nothing. Points into the picture or into
+/// `scratch.mixed`.
 const std::uint8_t* mixedRow(BgraView picture, TexelPosition position, PixelSpan texels, RowScratch& scratch);
 
 /// Reads a picture, scaled, row by row with bilinear filtering, clamped at the picture's edge.
