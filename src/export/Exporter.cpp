@@ -66,7 +66,7 @@ Exporter::Exporter(const TakeBundle& bundle, const Settings& settings, std::uniq
     : bundle_(bundle), settings_(settings), renderer_(std::move(renderer)), composer_(std::move(composer)) {}
 
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
-                           std::stop_token stop) {
+                           const std::stop_token& stop) {
     throwIfStopped(stop);
     const OutputTimeline timeline(settings_.segments, settings_.speed, movieFramesPerSecond);
     auto reader = openRecording(bundle_, timeline);

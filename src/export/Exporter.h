@@ -67,7 +67,7 @@ class Exporter {
     /// only by a complete one. Throws Failure, ExportCancelled once `stop` is requested, MediaError or
     /// std::filesystem::filesystem_error with the system's reason; then nothing is left behind.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
-                     std::stop_token stop);
+                     const std::stop_token& stop);
 
   private:
     Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,

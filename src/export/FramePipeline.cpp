@@ -45,7 +45,7 @@ FramePipeline::FramePipeline(const Parts& parts)
     }
 }
 
-std::int64_t FramePipeline::run(const std::function<void(double)>& progress, std::stop_token stop) {
+std::int64_t FramePipeline::run(const std::function<void(double)>& progress, const std::stop_token& stop) {
     auto decoding = std::async(std::launch::async, [this] { decode(); });
     auto encoding = std::async(std::launch::async, [this] { return encode(); });
     draw(progress, stop);

@@ -34,7 +34,7 @@ class FramePipeline {
 
     /// Runs to the end and returns how many frames were written; draws on the calling thread. `progress` gets
     /// the finished fraction there. Throws ExportCancelled, and what any of the parts throws.
-    std::int64_t run(const std::function<void(double)>& progress, std::stop_token stop);
+    std::int64_t run(const std::function<void(double)>& progress, const std::stop_token& stop);
 
   private:
     /// One output frame with its picture of the recording; no picture means the one before.

@@ -172,7 +172,8 @@ void bgraToYuv(const BgraView& source, YuvImage& target, PixelRect region) {
     const int top = region.y & ~1;
     const int right = (region.x + region.width + 1) & ~1;
     const int bottom = (region.y + region.height + 1) & ~1;
-    const BgraView part{source.row(top) + 4 * left, right - left, bottom - top, source.stride};
+    const BgraView part{source.row(top) + std::ptrdiff_t{4} * left, right - left, bottom - top,
+                        source.stride};
     bgraToYuv(part, target, left, top);
 }
 

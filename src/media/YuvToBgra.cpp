@@ -134,7 +134,7 @@ int convertColumns(const Row& row, const Weights& weights, int width) {
         hn::StoreInterleaved4(channelBytes(hn::Add(luma, weighted(u, weights.blueFromU))),
                               channelBytes(hn::Add(luma, green)),
                               channelBytes(hn::Add(luma, weighted(v, weights.redFromV))),
-                              hn::Set(Bytes(), 255), Bytes(), row.pixels + 4 * x);
+                              hn::Set(Bytes(), 255), Bytes(), row.pixels + std::ptrdiff_t{4} * x);
     }
     return x;
 }

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Json.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+namespace tessaloom {
+namespace {
+
+std::string numberText(double number) {
+    JsonValue value;
+    value.SetDouble(number);
+    return compactJson(value);
+}
+
+double roundTrip(double number) {
+    const auto document = parseJsonObject("{\"n\":" + numberText(number) + "}");
+    double result = std::nan("");
+    if (document) JsonReader(*document).field("n", result);
+    return result;
+}
+
+TEST(Json, NumbersAreTheShortestTextThatReadsBackTheSame) {
+    EXPECT_EQ(numberText(0.1), "0.1");
+    EXPECT_EQ(numberText(40), "40");
+    EXPECT_EQ(numberText(-2.5e-7), "-2.5e-07");
+    EXPECT_EQ(numberText(5e-324), "5e-324");
+}
+
+TEST(Json, AnyNumberReadsBackTheSame) {
+    std::mt19937_64 random(1);
+    for (int round = 0; round < 20'000; ++round) {
+        const std::uint64_t bits = random();
+        double number = 0;
+        std::memcpy(&number, &bits, sizeof number);
+        if (!std::isfinite(number)) continue;
+        ASSERT_EQ(roundTrip(number), number) << numberText(number);
+    }
+    for (const double number : {std::numeric_limits<double>::max(), std::numeric_limits<double>::min(),
+                                std::numeric_limits<double>::denorm_min(), 0.1 + 0.2})
+        EXPECT_EQ(roundTrip(number), number);
+}
+
+TEST(Json, KeysAreSortedByTheirBytes) {
+    const auto document = parseJsonObject(R"({"b":1,"é":2,"a":{"z":null,"B":[true,{}]},"A":"x"})");
+    ASSERT_TRUE(document);
+    EXPECT_EQ(compactJson(*document), R"({"A":"x","a":{"B":[true,{}],"z":null},"b":1,"é":2})");
+}
+
+TEST(Json, TextKeepsEveryByte) {
+    const std::string text("nul \0 quote \" slash \\ line \n é 世", 33);
+    JsonDocument document;
+    writeJson(text, document, document.GetAllocator());
+    const auto object = parseJsonObject("{\"t\":" + compactJson(document) + "}");
+    ASSERT_TRUE(object);
+    std::string result;
+    EXPECT_TRUE(JsonReader(*object).field("t", result));
+    EXPECT_EQ(result, text);
+}
+
+}  // namespace
+}  // namespace tessaloom
