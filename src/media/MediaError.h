@@ -12,4 +12,10 @@ class MediaError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// A media file that is sound but holds no pictures.
+class NoVideoTrack : public MediaError {
+  public:
+    using MediaError::MediaError;
+};
+
 }  // namespace tessaloom

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace tessaloom {
+
+/// Keeps an export out of sight until it is complete: it is written in a hidden folder beside its destination
+/// and takes the destination's place in one step. A staging that ends without a commit leaves nothing behind
+/// and the old file as it was.
+///
+/// Where no folder can be made the export is written to the destination itself, whose old file is gone from
+/// the start.
+class ExportStaging {
+  public:
+    explicit ExportStaging(std::filesystem::path destination);
+    ~ExportStaging();
+    ExportStaging(const ExportStaging&) = delete;
+    ExportStaging& operator=(const ExportStaging&) = delete;
+
+    /// Where to write.
+    const std::filesystem::path& url() const { return url_; }
+
+    /// Throws std::filesystem::filesystem_error; then, too, nothing is left beside the destination.
+    void commit();
+
+    /// Gives up what was written. Does nothing after a commit.
+    void discard() noexcept;
+
+  private:
+    std::filesystem::path destination_;
+    std::optional<std::filesystem::path> folder_;
+    std::filesystem::path url_;
+    bool settled_ = false;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <stop_token>
+#include <vector>
+
+#include "core/CursorStyle.h"
+#include "core/Geometry.h"
+#include "core/TakeBundle.h"
+#include "core/TimeSegment.h"
+#include "render/FrameComposer.h"
+#include "render/Renderer.h"
+
+namespace tessaloom {
+
+/// The export was stopped by its caller.
+class ExportCancelled : public std::runtime_error {
+  public:
+    ExportCancelled() : std::runtime_error("The export was cancelled.") {}
+};
+
+/// Turns one recording and its edit into a finished file. Prepared on the main thread, where text is drawn;
+/// run once, on any one thread.
+class Exporter {
+  public:
+    struct Settings {
+        /// Canvas width over height.
+        double aspect = 16.0 / 9.0;
+        /// The kept pieces of the recording in source seconds, ascending.
+        std::vector<TimeSegment> segments;
+        std::optional<std::filesystem::path> wallpaper;
+        /// Pixels; the recording's own size when absent.
+        std::optional<int> outputLongEdge;
+        double bitsPerPixel = 0.1;
+        double speed = 1;
+        CursorStyle cursorStyle = CursorStyle::system;
+        /// Gets the cursor's size and hot spot in points. Called on the main thread.
+        std::function<FrameComposer(Size, Point)> makeComposer;
+    };
+
+    /// The recording itself stands in the way; `what()` is for the user.
+    class Failure : public std::runtime_error {
+      public:
+        enum class Reason { noVideoTrack, cantRead };
+
+        explicit Failure(Reason reason);
+        Reason reason() const { return reason_; }
+
+      private:
+        Reason reason_;
+    };
+
+    using RendererFactory = std::function<std::unique_ptr<Renderer>()>;
+    /// Gets the finished fraction, 0 to 1, on the thread that runs the export.
+    using Progress = std::function<void(double)>;
+
+    /// Main thread.
+    static Exporter prepare(const TakeBundle& bundle, const Settings& settings,
+                            const RendererFactory& makeRenderer);
+
+    /// Writes an MP4 at 60 frames a second and returns when it is in place. Replaces an existing file, and
+    /// only by a complete one. Throws Failure, ExportCancelled once `stop` is requested, MediaError or
+    /// std::filesystem::filesystem_error with the system's reason; then nothing is left behind.
+    void exportVideo(const std::filesystem::path& destination, const Progress& progress,
+                     const std::stop_token& stop);
+
+  private:
+    Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
+             FrameComposer composer);
+
+    TakeBundle bundle_;
+    Settings settings_;
+    std::unique_ptr<Renderer> renderer_;
+    FrameComposer composer_;
+};
+
+}  // namespace tessaloom

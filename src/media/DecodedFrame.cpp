@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/DecodedFrame.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
+
+#include <utility>
+
+#include "media/LibavHandles.h"
+#include "media/YuvToBgra.h"
+
+namespace tessaloom {
+namespace {
+
+bool isFullRange(const AVFrame& frame) {
+    return frame.color_range == AVCOL_RANGE_JPEG || frame.format == AV_PIX_FMT_YUVJ420P ||
+           frame.format == AV_PIX_FMT_YUVJ422P || frame.format == AV_PIX_FMT_YUVJ444P;
+}
+
+YuvEncoding encodingOf(const AVFrame& frame) {
+    using enum YuvEncoding::Matrix;
+    YuvEncoding encoding{.matrix = bt709, .fullRange = isFullRange(frame)};
+    if (frame.colorspace == AVCOL_SPC_BT470BG || frame.colorspace == AVCOL_SPC_SMPTE170M)
+        encoding.matrix = bt601;
+    if (frame.colorspace == AVCOL_SPC_BT2020_NCL) encoding.matrix = bt2020;
+    return encoding;
+}
+
+YuvView viewOf(const AVFrame& frame) {
+    const AVPixFmtDescriptor* format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
+    const bool planar = format->nb_components == 3 && (format->flags & AV_PIX_FMT_FLAG_PLANAR) != 0 &&
+                        (format->flags & AV_PIX_FMT_FLAG_RGB) == 0 && format->comp[0].depth == 8 &&
+                        format->comp[2].plane == 2;
+    if (!planar || format->log2_chroma_w > 1 || format->log2_chroma_h > 1)
+        throw MediaError(std::string("Pictures in the format ") + format->name + " can't be shown.");
+    return {.planes = {frame.data[0], frame.data[1], frame.data[2]},
+            .strides = {frame.linesize[0], frame.linesize[1], frame.linesize[2]},
+            .width = frame.width,
+            .height = frame.height,
+            .halfColumns = format->log2_chroma_w == 1,
+            .halfRows = format->log2_chroma_h == 1};
+}
+
+}  // namespace
+
+DecodedFrame::DecodedFrame(std::shared_ptr<const AVFrame> frame, double time)
+    : frame_(std::move(frame)), time_(time) {}
+
+int DecodedFrame::width() const {
+    return frame_->width;
+}
+
+int DecodedFrame::height() const {
+    return frame_->height;
+}
+
+void DecodedFrame::toBgra(BgraImage& target) const {
+    const AVFrame& frame = *frame_;
+    if (target.width() != frame.width || target.height() != frame.height)
+        target = BgraImage(frame.width, frame.height);
+    yuvToBgra(viewOf(frame), encodingOf(frame), target);
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include "media/BgraImage.h"
+
+struct AVFrame;
+
+namespace tessaloom {
+
+/// One picture of a movie as its decoder left it. Copies share the pixels, which never change; they stay
+/// valid after the reader is gone. Callable from any thread.
+class DecodedFrame {
+  public:
+    DecodedFrame(std::shared_ptr<const AVFrame> frame, double time);
+
+    /// When it begins to be shown, in seconds of the movie's own timeline.
+    double time() const { return time_; }
+    int width() const;
+    int height() const;
+
+    /// Converts by the frame's colour tags, BT.709 limited where it has none. `target` becomes a new picture
+    /// of this size when it has another one. Throws MediaError for a pixel format that isn't 8-bit YUV.
+    void toBgra(BgraImage& target) const;
+
+  private:
+    std::shared_ptr<const AVFrame> frame_;
+    double time_;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/H264Encoder.h"
+
+#include <cmath>
+
+#include "media/LibavHandles.h"
+
+namespace tessaloom {
+
+struct H264Encoder::Codec {
+    LibavHandle<AVCodecContext> context;
+    LibavHandle<AVFrame> frame{av_frame_alloc()};
+    LibavHandle<AVPacket> packet{av_packet_alloc()};
+};
+
+namespace {
+
+LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
+    AVDictionary* options = nullptr;
+    for (const auto& [name, value] : settings.options)
+        av_dict_set(&options, name.c_str(), value.c_str(), 0);
+    return LibavHandle<AVDictionary>(options);
+}
+
+LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
+    const AVCodec* encoder = avcodec_find_encoder_by_name("libx264");
+    if (encoder == nullptr) throw MediaError("This FFmpeg has no libx264 encoder.");
+    LibavHandle<AVCodecContext> context(avcodec_alloc_context3(encoder));
+    context->width = settings.width;
+    context->height = settings.height;
+    context->pix_fmt = AV_PIX_FMT_YUV420P;
+    context->time_base = {1, settings.timescale};
+    // The rate only guides the encoder's bit budget; frame times may be as uneven as they like.
+    context->framerate = {60, 1};
+    context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    AVDictionary* options = dictionary(settings).release();
+    const int result = avcodec_open2(context.get(), encoder, &options);
+    const LibavHandle<AVDictionary> unused(options);
+    requireLibav(result, "The video encoder can't be opened");
+    return context;
+}
+
+/// Lends a plane to the frame without a copy: the encoder copies the picture while it takes the frame.
+void lendPlanes(AVFrame& frame, const YuvImage& image) {
+    for (int plane = 0; plane < 3; ++plane) {
+        frame.data[plane] = const_cast<std::uint8_t*>(image.plane(plane));
+        frame.linesize[plane] = static_cast<int>(image.stride(plane));
+    }
+    const auto size = static_cast<std::size_t>(image.stride(0)) * static_cast<std::size_t>(image.height());
+    constexpr auto keepPixels = [](void*, std::uint8_t*) {};
+    frame.buf[0] = av_buffer_create(frame.data[0], size, keepPixels, nullptr, AV_BUFFER_FLAG_READONLY);
+}
+
+}  // namespace
+
+H264Encoder::H264Encoder(const H264Settings& settings)
+    : keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
+      codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})) {}
+
+H264Encoder::~H264Encoder() = default;
+
+void H264Encoder::copyParameters(AVCodecParameters& target) const {
+    requireLibav(avcodec_parameters_from_context(&target, codec_->context.get()),
+                 "The video stream can't be described");
+}
+
+void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, const PacketSink& sink) {
+    AVFrame& frame = *codec_->frame;
+    lendPlanes(frame, image);
+    frame.format = AV_PIX_FMT_YUV420P;
+    frame.width = image.width();
+    frame.height = image.height();
+    frame.pts = ticks;
+    frame.pict_type = keyFrameIsDue(ticks) ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
+    const int result = avcodec_send_frame(codec_->context.get(), &frame);
+    av_frame_unref(&frame);
+    requireLibav(result, "A video frame can't be encoded");
+    drain(sink);
+}
+
+void H264Encoder::finish(const PacketSink& sink) {
+    requireLibav(avcodec_send_frame(codec_->context.get(), nullptr), "The video can't be completed");
+    drain(sink);
+}
+
+bool H264Encoder::keyFrameIsDue(std::int64_t ticks) const {
+    return keyFrameTicks_ > 0 && lastKeyFrame_ && ticks - *lastKeyFrame_ >= keyFrameTicks_;
+}
+
+void H264Encoder::drain(const PacketSink& sink) {
+    AVPacket& packet = *codec_->packet;
+    for (;;) {
+        const int result = avcodec_receive_packet(codec_->context.get(), &packet);
+        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
+        requireLibav(result, "A video frame can't be encoded");
+        if ((packet.flags & AV_PKT_FLAG_KEY) != 0) lastKeyFrame_ = packet.pts;
+        sink(packet);
+        av_packet_unref(&packet);
+    }
+}
+
+}  // namespace tessaloom

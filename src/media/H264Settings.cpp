@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/H264Settings.h"
+
+namespace tessaloom {
+namespace {
+
+H264Settings bt709(H264Settings settings) {
+    settings.options.insert(settings.options.end(), {{"color_primaries", "bt709"},
+                                                     {"color_trc", "bt709"},
+                                                     {"colorspace", "bt709"},
+                                                     {"color_range", "tv"}});
+    return settings;
+}
+
+}  // namespace
+
+H264Settings H264Settings::capture(int width, int height) {
+    return bt709({.width = width,
+                  .height = height,
+                  .timescale = 90'000,
+                  .keyFrameInterval = 1.0,
+                  .options = {{"preset", "superfast"},
+                              {"tune", "zerolatency"},
+                              {"crf", "20"},
+                              {"bf", "0"},
+                              {"forced-idr", "1"}}});
+}
+
+H264Settings H264Settings::exported(int width, int height, std::int64_t bitRate) {
+    return bt709({.width = width,
+                  .height = height,
+                  .timescale = 60,
+                  .keyFrameInterval = 0,
+                  .options = {{"preset", "veryfast"}, {"b", std::to_string(bitRate)}, {"profile", "high"}}});
+}
+
+std::string H264Settings::commandLine() const {
+    std::string text = "-c:v libx264 -pix_fmt yuv420p";
+    for (const auto& [name, value] : options)
+        text.append(" -").append(name).append(":v ").append(value);
+    return text;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessaloom {
+
+/// How video is encoded: the picture's size in pixels (both even) and libx264's options.
+struct H264Settings {
+    int width = 0;
+    int height = 0;
+    /// Ticks per second in which frame times are counted.
+    int timescale = 0;
+    /// The longest stretch of time without a key frame, in seconds; 0 leaves it to the encoder.
+    double keyFrameInterval = 0;
+    /// Encoder options by libav name, applied in order.
+    std::vector<std::pair<std::string, std::string>> options;
+
+    /// For a recording in progress: quick, constant quality, each frame leaves the encoder as soon as it
+    /// went in, a key frame at least each second.
+    static H264Settings capture(int width, int height);
+
+    /// For a finished movie at 60 frames a second and `bitRate` bits a second on average.
+    static H264Settings exported(int width, int height, std::int64_t bitRate);
+
+    /// The same encoder set-up as arguments of FFmpeg's command line, to compare speeds with.
+    std::string commandLine() const;
+};
+
+}  // namespace tessaloom

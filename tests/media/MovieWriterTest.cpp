@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/MovieWriter.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <random>
+
+#include "media/MediaError.h"
+#include "media/MovieReader.h"
+#include "support/MovieMaker.h"
+#include "support/MovieProbe.h"
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr int width = 160;
+constexpr int height = 90;
+constexpr double frame = 1.0 / 60.0;
+
+MovieWriter::Settings recorded() {
+    return {.container = MovieWriter::Container::fragmentedMovie,
+            .video = H264Settings::capture(width, height)};
+}
+
+MovieWriter::Settings exported(std::int64_t bitRate = 500'000) {
+    return {.container = MovieWriter::Container::mp4,
+            .video = H264Settings::exported(width, height, bitRate)};
+}
+
+YuvImage noise(unsigned seed) {
+    YuvImage image(width, height);
+    std::mt19937 generator(seed);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.plane(0)[y * image.stride(0) + x] = static_cast<std::uint8_t>(16 + generator() % 220);
+    return image;
+}
+
+void appendNoise(MovieWriter& writer, int firstFrame, int frameCount) {
+    for (int n = firstFrame; n < firstFrame + frameCount; ++n)
+        writer.appendVideo(noise(static_cast<unsigned>(n)), n * frame, frame);
+}
+
+/// Runs `body` in a child process and gives its wait status.
+template <typename Body>
+int statusOfChild(Body body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        body();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+int decodedFrames(const std::filesystem::path& path) {
+    const auto reader = MovieReader::open(path);
+    int count = 0;
+    while (reader->next())
+        ++count;
+    return count;
+}
+
+void expectTimes(const std::vector<double>& actual, const std::vector<double>& expected) {
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < actual.size(); ++i)
+        EXPECT_NEAR(actual[i], expected[i], 1e-5) << i;
+}
+
+class MovieWriterTest : public ::testing::Test {
+  protected:
+    std::filesystem::path file(const char* name) const { return folder_.path() / name; }
+
+  private:
+    test::TemporaryFolder folder_;
+};
+
+TEST_F(MovieWriterTest, KeepsTheTimesOfPicturesThatComeAfterPauses) {
+    const std::vector<double> times{0, 0.016, 0.05, 5.25, 9.5, 9.517, 12.0, 30.0};
+    const auto writer = MovieWriter::create(file("a.mov"), recorded());
+    for (const double time : times) {
+        writer->appendVideo(test::plainYuv(width, height, test::pureRed), time, frame);
+        if (time > 1) writer->flush();
+    }
+    writer->finish();
+    expectTimes(test::probeMovie(file("a.mov")).times(), times);
+}
+
+TEST_F(MovieWriterTest, ARecordingSurvivesAKilledProcessUpToItsLastFlush) {
+    const auto path = file("killed.mov");
+    const int status = statusOfChild([&path] {
+        const auto writer = MovieWriter::create(path, recorded());
+        appendNoise(*writer, 0, 30);
+        writer->flush();
+        appendNoise(*writer, 30, 60);
+        writer->flush();
+        appendNoise(*writer, 90, 20);
+        kill(getpid(), SIGKILL);
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(decodedFrames(path), 90);
+    EXPECT_NEAR(MovieReader::scanDuration(path), 1.5, 1e-4);
+}
+
+TEST_F(MovieWriterTest, TheFirstFlushAloneAlreadySurvives) {
+    const auto path = file("killed.mov");
+    statusOfChild([&path] {
+        const auto writer = MovieWriter::create(path, recorded());
+        appendNoise(*writer, 0, 1);
+        writer->flush();
+        kill(getpid(), SIGKILL);
+    });
+    EXPECT_EQ(decodedFrames(path), 1);
+}
+
+TEST_F(MovieWriterTest, FlushingWithoutNewPicturesWritesNothing) {
+    const auto writer = MovieWriter::create(file("a.mov"), recorded());
+    writer->flush();
+    appendNoise(*writer, 0, 5);
+    writer->flush();
+    const auto size = std::filesystem::file_size(file("a.mov"));
+    writer->flush();
+    EXPECT_EQ(std::filesystem::file_size(file("a.mov")), size);
+}
+
+TEST_F(MovieWriterTest, CutsAFragmentAfterFourSecondsUnasked) {
+    const auto writer = MovieWriter::create(file("a.mov"), recorded());
+    for (int n = 0; n < 10; ++n)
+        writer->appendVideo(noise(0), n, frame);
+    writer->finish();
+    const auto boxes = test::topLevelBoxes(file("a.mov"));
+    EXPECT_EQ(std::ranges::count(boxes, "moof"), 3);
+}
+
+TEST_F(MovieWriterTest, ARecordingHasAKeyFrameAtLeastEachSecond) {
+    const auto writer = MovieWriter::create(file("a.mov"), recorded());
+    const YuvImage still = noise(1);
+    for (int n = 0; n < 200; ++n)
+        writer->appendVideo(still, n * frame, frame);
+    writer->finish();
+
+    double lastKey = 0;
+    int keys = 0;
+    for (const auto& packet : test::probeMovie(file("a.mov")).packets) {
+        if (!packet.key) continue;
+        EXPECT_LE(packet.time - lastKey, 1.0 + 1e-6);
+        lastKey = packet.time;
+        ++keys;
+    }
+    EXPECT_EQ(keys, 4);
+}
+
+TEST_F(MovieWriterTest, ARecordingWithoutPicturesIsAnEmptyMovie) {
+    MovieWriter::create(file("a.mov"), recorded())->finish();
+    EXPECT_EQ(decodedFrames(file("a.mov")), 0);
+    EXPECT_EQ(MovieReader::scanDuration(file("a.mov")), 0);
+}
+
+TEST_F(MovieWriterTest, BothContainersSayBt709Limited) {
+    for (const auto& settings : {recorded(), exported()}) {
+        const auto path = file("tagged");
+        const auto writer = MovieWriter::create(path, settings);
+        appendNoise(*writer, 0, 10);
+        writer->finish();
+        EXPECT_EQ(test::probeMovie(path).colors, "bt709 bt709 bt709 tv");
+        // The stream carries the tags itself; this is the container's own copy.
+        EXPECT_TRUE(test::fileContains(path, "colrnclx") || test::fileContains(path, "colrnclc"));
+    }
+}
+
+TEST_F(MovieWriterTest, AnMp4HasItsIndexInFrontAndExactTimes) {
+    const auto writer = MovieWriter::create(file("a.mp4"), exported());
+    appendNoise(*writer, 5, 50);
+    writer->finish();
+
+    const auto boxes = test::topLevelBoxes(file("a.mp4"));
+    EXPECT_LT(std::ranges::find(boxes, "moov"), std::ranges::find(boxes, "mdat"));
+    const test::MovieFacts facts = test::probeMovie(file("a.mp4"));
+    EXPECT_EQ(facts.profile, "High");
+    ASSERT_EQ(facts.packets.size(), 50U);
+    for (std::size_t i = 0; i < 50; ++i)
+        EXPECT_NEAR(facts.packets[i].time, static_cast<double>(i + 5) / 60, 1e-9) << i;
+}
+
+TEST_F(MovieWriterTest, AnMp4KeepsToTheBitRateAskedFor) {
+    const auto writer = MovieWriter::create(file("a.mp4"), exported(1'000'000));
+    appendNoise(*writer, 0, 600);
+    writer->finish();
+    EXPECT_NEAR(test::probeMovie(file("a.mp4")).bitRate, 1e6, 2e5);
+}
+
+TEST_F(MovieWriterTest, SaysWhyAFileCannotBeMade) {
+    try {
+        MovieWriter::create(file("no such folder") / "a.mov", recorded());
+        FAIL() << "made a file in a folder that isn't there";
+    } catch (const MediaError& error) {
+        EXPECT_NE(std::string(error.what()).find("No such file or directory"), std::string::npos)
+            << error.what();
+    }
+}
+
+TEST_F(MovieWriterTest, AFullDiskIsReportedAndWhatWasFlushedPlays) {
+    const auto path = file("full.mov");
+    constexpr int reported = 7;
+    const int status = statusOfChild([&path] {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{300'000, 300'000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const auto writer = MovieWriter::create(path, recorded());
+        try {
+            for (int n = 0; n < 600; n += 30) {
+                appendNoise(*writer, n, 30);
+                writer->flush();
+            }
+        } catch (const MediaError& error) {
+            if (std::string(error.what()).find("File too large") != std::string::npos) _exit(reported);
+        }
+    });
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), reported);
+    const int frames = decodedFrames(path);
+    EXPECT_GT(frames, 0);
+    EXPECT_LT(frames, 600);
+}
+
+TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {
+    EXPECT_EQ(H264Settings::exported(1920, 1080, 12'441'600).commandLine(),
+              "-c:v libx264 -pix_fmt yuv420p -preset:v veryfast -b:v 12441600 -profile:v high "
+              "-color_primaries:v bt709 -color_trc:v bt709 -colorspace:v bt709 -color_range:v tv");
+}
+
+}  // namespace
+}  // namespace tessaloom

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/MovieProbe.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/pixdesc.h>
+}
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+
+namespace tessaloom::test {
+namespace {
+
+struct InputClose {
+    void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
+};
+
+struct PacketFree {
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+};
+
+std::string content(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string colorNames(const AVCodecParameters& parameters) {
+    const auto text = [](const char* name) { return std::string(name != nullptr ? name : "none"); };
+    return text(av_color_space_name(parameters.color_space)) + " " +
+           text(av_color_primaries_name(parameters.color_primaries)) + " " +
+           text(av_color_transfer_name(parameters.color_trc)) + " " +
+           text(av_color_range_name(parameters.color_range));
+}
+
+std::uint64_t bigEndian(const std::string& bytes, std::size_t offset, std::size_t count) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        value = value << 8 | static_cast<std::uint8_t>(bytes[offset + i]);
+    return value;
+}
+
+}  // namespace
+
+std::vector<double> MovieFacts::times() const {
+    std::vector<double> times;
+    for (const Packet& packet : packets)
+        times.push_back(packet.time);
+    return times;
+}
+
+MovieFacts probeMovie(const std::filesystem::path& path) {
+    AVFormatContext* opened = nullptr;
+    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
+        throw std::runtime_error("not a movie: " + path.string());
+    const std::unique_ptr<AVFormatContext, InputClose> input(opened);
+    avformat_find_stream_info(opened, nullptr);
+    const int index = av_find_best_stream(opened, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (index < 0) throw std::runtime_error("no pictures in " + path.string());
+    const AVStream& stream = *opened->streams[index];
+    const AVCodecParameters& parameters = *stream.codecpar;
+
+    MovieFacts facts{.width = parameters.width,
+                     .height = parameters.height,
+                     .colors = colorNames(parameters),
+                     .profile = avcodec_profile_name(parameters.codec_id, parameters.profile),
+                     .bitRate = static_cast<double>(parameters.bit_rate),
+                     .packets = {}};
+    const std::unique_ptr<AVPacket, PacketFree> packet(av_packet_alloc());
+    while (av_read_frame(opened, packet.get()) >= 0) {
+        if (packet->stream_index == index)
+            facts.packets.push_back({static_cast<double>(packet->pts) * av_q2d(stream.time_base),
+                                     (packet->flags & AV_PKT_FLAG_KEY) != 0});
+        av_packet_unref(packet.get());
+    }
+    std::ranges::sort(facts.packets, {}, &MovieFacts::Packet::time);
+    return facts;
+}
+
+std::vector<std::string> topLevelBoxes(const std::filesystem::path& path) {
+    const std::string bytes = content(path);
+    std::vector<std::string> names;
+    for (std::size_t offset = 0; offset + 8 <= bytes.size();) {
+        names.push_back(bytes.substr(offset + 4, 4));
+        std::uint64_t size = bigEndian(bytes, offset, 4);
+        if (size == 1 && offset + 16 <= bytes.size()) size = bigEndian(bytes, offset + 8, 8);
+        if (size < 8) break;
+        offset += size;
+    }
+    return names;
+}
+
+bool fileContains(const std::filesystem::path& path, const std::string& text) {
+    return content(path).find(text) != std::string::npos;
+}
+
+}  // namespace tessaloom::test

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tessaloom::test {
+
+/// What a movie file's first video track says of itself, read by FFmpeg without our reader.
+struct MovieFacts {
+    struct Packet {
+        double time = 0;
+        bool key = false;
+    };
+
+    int width = 0;
+    int height = 0;
+    /// Matrix, primaries, transfer function and range by FFmpeg's names, joined by blanks.
+    std::string colors;
+    std::string profile;
+    /// Bits a second on average.
+    double bitRate = 0;
+    /// In order of presentation.
+    std::vector<Packet> packets;
+
+    std::vector<double> times() const;
+};
+
+MovieFacts probeMovie(const std::filesystem::path& path);
+
+/// The names of the boxes at the file's top level, in order.
+std::vector<std::string> topLevelBoxes(const std::filesystem::path& path);
+
+/// True when the bytes of `text` occur in the file.
+bool fileContains(const std::filesystem::path& path, const std::string& text);
+
+}  // namespace tessaloom::test
