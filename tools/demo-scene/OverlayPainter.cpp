@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+
 #include "demo-scene/ControlPainter.h"
 #include "demo-scene/Icons.h"
 #include "demo-scene/TextBox.h"
@@ -41,9 +43,15 @@ void paintMenuItem(QPainter& painter, const QRect& rect, const Look& look) {
     painter.setOpacity(1);
 }
 
+// As tall as its matches need.
 void paintPalette(QPainter& painter, const QRect& rect, const Look& look) {
+    const int emptyItems = paletteItemCount - std::max(1, look.number);
     painter.setOpacity(eased(look.level));
-    Theme::drawCard(painter, rect, 16, 56);
+    Theme::drawCard(painter, rect.adjusted(0, 0, 0, -emptyItems * paletteItemHeight), 16, 56);
+    if (look.number == 0) {
+        Theme::drawText(painter, {rect.left() + 28, rect.top() + 74, rect.width() - 56, paletteItemHeight},
+                        QStringLiteral("Nothing found"), {16, Theme::faint});
+    }
     drawIcon(painter, Icon::Magnifier, {rect.left() + 32.0, rect.top() + 34.0}, Theme::accent, 2.2);
     const QRect input(rect.left() + 60, rect.top() + 8, rect.width() - 84, 50);
     if (look.edit.text().isEmpty()) {
@@ -74,7 +82,7 @@ void paintToast(QPainter& painter, const QRect& rect, const Look& look) {
     const QRect placed = rect.translated(0, static_cast<int>((1 - level) * 20));
     Theme::drawCard(painter, placed, 14, 36);
     Theme::fillRounded(painter, placed, 14, Theme::ink);
-    const QRect round(placed.left() + 16, placed.top() + 15, 30, 30);
+    const QRect round(placed.left() + 16, placed.top() + 12, 30, 30);
     Theme::fillRounded(painter, round, 15, Theme::accent.lighter(125));
     drawIcon(painter, Icon::Check, round.center() + QPointF(0.5, 0.5), Theme::card, 2.4);
     Theme::drawText(painter, placed.adjusted(62, 0, -16, 0), look.text, {16, Theme::card, Weight::Bold});

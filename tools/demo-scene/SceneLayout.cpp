@@ -31,7 +31,7 @@ class Builder {
         add(ControlKind::SaveState, 0, layout_.statusBar.adjusted(0, 0, -layout_.statusBar.width() / 2, 0));
         placeMenu();
         placePalette();
-        add(ControlKind::Toast, 0, QRect(layout_.form.center().x() - 190, size_.height() - 124, 380, 60));
+        placeToast();
         return layout_;
     }
 
@@ -145,13 +145,23 @@ class Builder {
         }
     }
 
+    // In the form's corner opposite the buttons, so that it is in sight of whoever has just saved.
+    void placeToast() {
+        const QRect discard = layout_.rectOf({ControlKind::Discard, 0});
+        const int left = layout_.form.left() + cardPadding;
+        add(ControlKind::Toast, 0,
+            QRect(left, discard.top() - 4, std::min(400, discard.left() - 24 - left), discard.height() + 8));
+    }
+
     void placePalette() {
         const int width = std::min(720, size_.width() - 2 * gap);
-        const QRect palette((size_.width() - width) / 2, 150, width, 84 + paletteItemCount * 54);
+        const QRect palette((size_.width() - width) / 2, 150, width,
+                            84 + paletteItemCount * paletteItemHeight);
         add(ControlKind::Palette, 0, palette);
         for (int index = 0; index < paletteItemCount; ++index) {
             add(ControlKind::PaletteItem, index,
-                QRect(palette.left() + 10, palette.top() + 74 + index * 54, width - 20, 54));
+                QRect(palette.left() + 10, palette.top() + 74 + index * paletteItemHeight, width - 20,
+                      paletteItemHeight));
         }
     }
 

@@ -42,5 +42,6 @@ TextBox::Shape textShapeOf(const QRect& field, int fieldIndex);
 constexpr int navigationCount = 5;
 constexpr int tabCount = 3;
 constexpr int paletteItemCount = 5;
+constexpr int paletteItemHeight = 54;
 
 }  // namespace tessaloom::demo

@@ -32,6 +32,7 @@ void addPalette(Look& look, const SceneState& state) {
     look.level = state.paletteLevel();
     look.visible = look.level > 0;
     look.edit = state.paletteQuery();
+    look.number = static_cast<int>(state.paletteMatches().size());
     look.hovered = false;
 }
 
