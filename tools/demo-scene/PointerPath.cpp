@@ -9,7 +9,7 @@ namespace tessaloom::demo {
 namespace {
 
 constexpr double stepSeconds = 0.005;
-constexpr double stepJitterSeconds = 0.0008;
+constexpr double stepJitterSeconds = 0.0004;
 
 double between(double low, double high, std::mt19937& random) {
     return std::uniform_real_distribution<double>(low, high)(random);

@@ -15,10 +15,9 @@
 #include <memory>
 
 #include "base/HostClock.h"
-#include "demo-scene/BackgroundPainter.h"
-#include "demo-scene/ControlPainter.h"
 #include "demo-scene/CounterCode.h"
 #include "demo-scene/KeyBindings.h"
+#include "demo-scene/ScenePainter.h"
 #include "demo-scene/Theme.h"
 
 namespace tessaloom::demo {
@@ -58,14 +57,7 @@ bool SceneWindow::event(QEvent* event) {
 void SceneWindow::paintEvent(QPaintEvent* event) {
     const QRegion region = event->region();
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter.setClipRegion(region);
-    paintBackground(painter, layout_, region);
-    for (const Control& control : layout_.controls) {
-        if (!region.intersects(paintedArea(control))) continue;
-        const Look look = lookOf(state_, control.id);
-        if (look.visible) paintControl(painter, control, look);
-    }
+    paintScene(painter, layout_, state_, region);
     // Without the strip it is the same picture again, uncovered.
     if (!region.intersects(layout_.counterStrip)) return;
     ++counter_;
