@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/BoundedWait.h"
+
+#include <QCoroSignal>
+#include <QFutureWatcher>
+#include <QPromise>
+#include <memory>
+#include <thread>
+
+namespace tessaloom {
+
+QCoro::Task<bool> waitBounded(QFuture<void> future, std::chrono::milliseconds limit) {
+    if (future.isFinished()) co_return true;
+    QFutureWatcher<void> watcher;
+    watcher.setFuture(future);
+    const auto finished = co_await qCoro(&watcher, &QFutureWatcher<void>::finished, limit);
+    co_return finished.has_value();
+}
+
+QCoro::Task<bool> runBounded(std::function<void()> work, std::chrono::milliseconds limit) {
+    const auto promise = std::make_shared<QPromise<void>>();
+    promise->start();
+    const QFuture<void> future = promise->future();
+    std::thread([work = std::move(work), promise] {
+        work();
+        promise->finish();
+    }).detach();
+    co_return co_await waitBounded(future, limit);
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QCoroTask>
+#include <QFuture>
+#include <chrono>
+#include <functional>
+
+namespace tessaloom {
+
+/// Suspends until the future is finished, but not longer than `limit`. True when it was finished.
+QCoro::Task<bool> waitBounded(QFuture<void> future, std::chrono::milliseconds limit);
+
+/// Runs `work`, which must not throw, on a thread of its own and suspends until it is done, but not longer
+/// than `limit`. After a time-out (false) the thread goes on by itself, so `work` must own what it uses.
+QCoro::Task<bool> runBounded(std::function<void()> work, std::chrono::milliseconds limit);
+
+}  // namespace tessaloom

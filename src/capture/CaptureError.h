@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace tessaloom {
+
+/// Why a recording could not start or go on, in words meant for the user (`what()`).
+class CaptureError : public std::runtime_error {
+  public:
+    enum class Kind { noDisplay, noFrames, windowNotFound };
+
+    static CaptureError noDisplay();
+    static CaptureError noFrames();
+    /// `wanted` is the application, or the application and the title in double quotes, as the user wrote
+    /// them.
+    static CaptureError windowNotFound(const std::string& wanted);
+
+    Kind kind() const { return kind_; }
+
+  private:
+    CaptureError(Kind kind, const std::string& message) : std::runtime_error(message), kind_(kind) {}
+
+    Kind kind_;
+};
+
+}  // namespace tessaloom

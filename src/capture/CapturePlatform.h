@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include "capture/InputSources.h"
+#include "capture/ScreenStream.h"
+#include "capture/ShareableContent.h"
+
+namespace tessaloom {
+
+/// The desktop that recording runs on. Main thread only; what it makes lives on.
+class CapturePlatform {
+  public:
+    virtual ~CapturePlatform() = default;
+
+    /// Throws CaptureError::noDisplay when no display can be reached; so do the others.
+    virtual ShareableContent shareableContent() = 0;
+    virtual std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) = 0;
+    virtual std::unique_ptr<PointerSource> makePointerSource() = 0;
+    virtual std::unique_ptr<InputEventSource> makeInputEventSource() = 0;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/InputRecorder.h"
+
+#include <chrono>
+#include <system_error>
+
+#include "base/Log.h"
+
+namespace tessaloom {
+namespace {
+
+/// Half of what may be lost, so that a late writing still keeps the promise.
+constexpr std::chrono::milliseconds journalInterval{500};
+
+Rect areaOf(const CaptureRect& rect) {
+    return {rect.x, rect.y, rect.width, rect.height};
+}
+
+std::optional<EventJournal> createJournal(const TakeBundle& bundle, const EventLog& header) {
+    try {
+        return EventJournal::create(bundle, header);
+    } catch (const std::system_error& error) {
+        qCCritical(Log::recording, "Failed to write the journal: %s", error.what());
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+InputRecorder::InputRecorder(const TakeBundle& bundle, EventLog log, double origin,
+                             std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap)
+    : log_(std::move(log)),
+      retimer_(origin, areaOf(log_.captureRect)),
+      cursor_(std::move(cursor)),
+      eventTap_(std::move(eventTap)),
+      journal_(createJournal(bundle, log_)) {
+    thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
+}
+
+EventLog InputRecorder::stop() {
+    cursor_->stop();
+    eventTap_->stop();
+    thread_.request_stop();
+    if (thread_.joinable()) thread_.join();
+    gather();
+    const auto rest = retimer_.finish();
+    writeJournal({}, rest);
+    log_.events.insert(log_.events.end(), rest.begin(), rest.end());
+    return std::move(log_);
+}
+
+void InputRecorder::discardJournal() {
+    if (!journal_) return;
+    try {
+        journal_->remove();
+    } catch (const std::system_error& error) {
+        qCWarning(Log::recording, "Failed to remove the journal: %s", error.what());
+    }
+    journal_.reset();
+}
+
+void InputRecorder::run(const std::stop_token& stop) {
+    std::unique_lock guard(lock_);
+    while (!stop.stop_requested()) {
+        wakeUp_.wait_for(guard, stop, journalInterval, [] { return false; });
+        gather();
+    }
+}
+
+void InputRecorder::gather() {
+    // Events first: the samples taken after them then reach past them.
+    auto newEvents = eventTap_->takeEvents();
+    const auto samples = cursor_->takeSamples();
+    const auto events = retimer_.retime(std::move(newEvents), samples);
+    writeJournal(samples, events);
+    log_.cursorSamples.insert(log_.cursorSamples.end(), samples.begin(), samples.end());
+    log_.events.insert(log_.events.end(), events.begin(), events.end());
+}
+
+void InputRecorder::writeJournal(std::span<const CursorSample> samples, std::span<const InputEvent> events) {
+    if (!journal_ || journalFailed_ || (samples.empty() && events.empty())) return;
+    try {
+        journal_->append(samples, events);
+    } catch (const std::system_error& error) {
+        // The journal itself is kept: its lock tells others that this recording is alive.
+        qCCritical(Log::recording, "Failed to write the journal: %s", error.what());
+        journalFailed_ = true;
+    }
+}
+
+}  // namespace tessaloom

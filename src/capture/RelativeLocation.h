@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+
+#include "core/Geometry.h"
+#include "core/RelativePoint.h"
+
+namespace tessaloom {
+
+/// A global point as a fraction of the captured area; points outside stick to its edge. Nothing for an area
+/// without extent.
+std::optional<RelativePoint> relativeLocation(const Point& point, const Rect& capturedArea);
+
+}  // namespace tessaloom

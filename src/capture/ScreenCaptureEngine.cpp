@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/ScreenCaptureEngine.h"
+
+#include <QPromise>
+#include <cmath>
+#include <mutex>
+#include <system_error>
+
+#include "base/BoundedWait.h"
+#include "base/HostClock.h"
+#include "base/Log.h"
+#include "capture/CaptureError.h"
+#include "capture/ScreenMovie.h"
+#include "media/MediaError.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr std::chrono::seconds finishLimit{20};
+
+int evenPixels(double points, double scale) {
+    return static_cast<int>(points * scale) & ~1;
+}
+
+int nearestPixel(double points, double scale) {
+    return static_cast<int>(std::lround(points * scale));
+}
+
+CaptureRect recordedRect(const CaptureTarget& target, const StreamConfiguration& stream) {
+    const double scale = target.filter.pointPixelScale;
+    const Rect content = target.filter.contentRect;
+    return {content.x + stream.source.x / scale, content.y + stream.source.y / scale,
+            stream.source.width / scale, stream.source.height / scale, scale};
+}
+
+}  // namespace
+
+StreamConfiguration streamConfiguration(const CaptureTarget& target) {
+    const Rect content = target.filter.contentRect;
+    const Rect captured = target.region.value_or(content);
+    const double scale = target.filter.pointPixelScale;
+    StreamConfiguration configuration{.filter = target.filter, .source = {}};
+    configuration.source = {nearestPixel(captured.x - content.x, scale),
+                            nearestPixel(captured.y - content.y, scale), evenPixels(captured.width, scale),
+                            evenPixels(captured.height, scale)};
+    if (configuration.source.width < 2 || configuration.source.height < 2) throw CaptureError::noDisplay();
+    return configuration;
+}
+
+/// What the stream's thread and a finish that overstays its limit go on using.
+struct ScreenCaptureEngine::Recording {
+    Recording(const CaptureRect& rect, std::filesystem::path path, StoppedHandler handler)
+        : captureRect(rect), file(std::move(path)), onStopped(std::move(handler)) {
+        originKnown.start();
+    }
+
+    void receive(const ScreenFrame& frame);
+    void endedByItself(const std::string& reason);
+    void finish();
+
+    const CaptureRect captureRect;
+    const std::filesystem::path file;
+    const StoppedHandler onStopped;
+
+    std::mutex lock;
+    QPromise<void> originKnown;
+    bool started = false;
+    double timelineOrigin = 0;
+
+    bool ended = false;  ///< stream's thread only
+    std::unique_ptr<ScreenMovie> movie;
+    std::unique_ptr<ScreenStream> stream;  ///< last, so that its thread ends before what it uses
+};
+
+void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
+    if (ended) return;
+    double origin = 0;
+    {
+        const std::lock_guard guard(lock);
+        if (!started) {
+            started = true;
+            timelineOrigin = frame.hostTime;
+            originKnown.finish();
+        }
+        origin = timelineOrigin;
+    }
+    try {
+        movie->append(frame.patches, frame.hostTime - origin);
+    } catch (const MediaError& error) {
+        endedByItself(error.what());
+    }
+}
+
+void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
+    if (ended) return;
+    ended = true;
+    qCCritical(Log::screenCapture, "Stream stopped with error: %s", reason.c_str());
+    {
+        const std::lock_guard guard(lock);
+        originKnown.finish();
+    }
+    onStopped(reason);
+}
+
+void ScreenCaptureEngine::Recording::finish() {
+    if (stream) stream->stop();
+    const double endTime = HostClock::seconds() - timelineOrigin;
+    try {
+        if (started) movie->finish(endTime);
+    } catch (const MediaError& error) {
+        qCCritical(Log::screenCapture, "stopCapture failed: %s", error.what());
+    }
+    movie.reset();
+    std::error_code ignored;
+    if (!started) std::filesystem::remove(file, ignored);
+}
+
+std::unique_ptr<ScreenCaptureEngine> ScreenCaptureEngine::start(CapturePlatform& platform,
+                                                                const CaptureTarget& target,
+                                                                const std::filesystem::path& file,
+                                                                StoppedHandler onStopped) {
+    const StreamConfiguration configuration = streamConfiguration(target);
+    const int width = configuration.source.width;
+    const int height = configuration.source.height;
+    auto recording =
+        std::make_shared<Recording>(recordedRect(target, configuration), file, std::move(onStopped));
+    auto writer = MovieWriter::create(file, {.container = MovieWriter::Container::fragmentedMovie,
+                                             .video = H264Settings::capture(width, height)});
+    recording->movie = std::make_unique<ScreenMovie>(std::move(writer), width, height);
+    recording->stream = platform.makeScreenStream(configuration);
+    Recording* const receiver = recording.get();  // the stream is the recording's own and ends before it
+    recording->stream->start([receiver](const ScreenFrame& frame) { receiver->receive(frame); },
+                             [receiver](const std::string& reason) { receiver->endedByItself(reason); });
+    qCInfo(Log::screenCapture, "Screen capture started (%dx%d @ scale %f)", width, height,
+           target.filter.pointPixelScale);
+    return std::unique_ptr<ScreenCaptureEngine>(new ScreenCaptureEngine(std::move(recording)));
+}
+
+QCoro::Task<> ScreenCaptureEngine::waitForOrigin(std::chrono::milliseconds limit) {
+    co_await waitBounded(recording_->originKnown.future(), limit);
+}
+
+void ScreenCaptureEngine::releaseWaiter() {
+    const std::lock_guard guard(recording_->lock);
+    recording_->originKnown.finish();
+}
+
+bool ScreenCaptureEngine::started() const {
+    const std::lock_guard guard(recording_->lock);
+    return recording_->started;
+}
+
+double ScreenCaptureEngine::timelineOrigin() const {
+    const std::lock_guard guard(recording_->lock);
+    return recording_->timelineOrigin;
+}
+
+const CaptureRect& ScreenCaptureEngine::captureRect() const {
+    return recording_->captureRect;
+}
+
+QCoro::Task<> ScreenCaptureEngine::stop() {
+    const bool finished = co_await runBounded([recording = recording_] { recording->finish(); }, finishLimit);
+    if (!finished) qCCritical(Log::screenCapture, "The recording's file was not finished in time");
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/SourceResolver.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "capture/CaptureError.h"
+
+namespace tessaloom {
+namespace {
+
+/// Windows not wider and taller than this many points are helpers of their applications, not what users see.
+constexpr double smallestWindowSide = 50;
+
+double area(const Rect& rect) {
+    return rect.width * rect.height;
+}
+
+Rect intersection(const Rect& a, const Rect& b) {
+    const double left = std::max(a.minX(), b.minX());
+    const double top = std::max(a.minY(), b.minY());
+    return {left, top, std::max(0.0, std::min(a.maxX(), b.maxX()) - left),
+            std::max(0.0, std::min(a.maxY(), b.maxY()) - top)};
+}
+
+std::string lowercased(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::size_t mainDisplayIndex(const ShareableContent& content) {
+    const auto main = std::ranges::find_if(content.displays, &ShareableDisplay::isMain);
+    return main == content.displays.end() ? 0 : static_cast<std::size_t>(main - content.displays.begin());
+}
+
+CaptureTarget displayTarget(const ShareableContent& content, std::size_t index) {
+    if (index >= content.displays.size()) throw CaptureError::noDisplay();
+    const Rect bounds = content.displays[index].bounds;
+    CaptureTarget target{{std::nullopt, bounds, content.pointPixelScale}, std::nullopt, std::nullopt};
+    if (index != mainDisplayIndex(content)) target.displayBounds = bounds;
+    return target;
+}
+
+CaptureTarget resolve(const MainDisplaySource&, const ShareableContent& content) {
+    return displayTarget(content, mainDisplayIndex(content));
+}
+
+CaptureTarget resolve(const DisplaySource& source, const ShareableContent& content) {
+    if (source.number < 0) throw CaptureError::noDisplay();
+    return displayTarget(content, static_cast<std::size_t>(source.number));
+}
+
+CaptureTarget resolve(const RegionSource& source, const ShareableContent& content) {
+    std::size_t best = content.displays.size();
+    Rect bestPart{};
+    for (std::size_t index = 0; index < content.displays.size(); ++index) {
+        const Rect part = intersection(source.area, content.displays[index].bounds);
+        if (area(part) > area(bestPart)) {
+            best = index;
+            bestPart = part;
+        }
+    }
+    CaptureTarget target = displayTarget(content, best);
+    target.region = bestPart;
+    return target;
+}
+
+bool matches(const ShareableWindow& window, const std::string& app, const std::string& title) {
+    return window.isNormal && !window.isOurOwn && window.frame.width > smallestWindowSide &&
+           window.frame.height > smallestWindowSide &&
+           (contains(lowercased(window.applicationName), app) ||
+            lowercased(window.bundleIdentifier) == app) &&
+           contains(lowercased(window.title), title);
+}
+
+CaptureTarget resolve(const AppWindowSource& source, const ShareableContent& content) {
+    const std::string app = lowercased(source.app);
+    const std::string title = lowercased(source.title.value_or(std::string()));
+    const ShareableWindow* best = nullptr;
+    for (const ShareableWindow& window : content.windows) {
+        if (matches(window, app, title) && (best == nullptr || area(window.frame) > area(best->frame))) {
+            best = &window;
+        }
+    }
+    if (best == nullptr) {
+        throw CaptureError::windowNotFound(source.title ? source.app + " \"" + *source.title + "\""
+                                                        : source.app);
+    }
+    return {{best->id, best->frame, content.pointPixelScale}, std::nullopt, std::nullopt};
+}
+
+}  // namespace
+
+CaptureTarget resolveSource(const CaptureSource& source, const ShareableContent& content) {
+    return std::visit([&](const auto& wanted) { return resolve(wanted, content); }, source);
+}
+
+}  // namespace tessaloom
