@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/x11/X11CapturePlatform.h"
+
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11InputSource.h"
+#include "platform/x11/X11PointerSource.h"
+#include "platform/x11/X11ScreenStream.h"
+#include "platform/x11/X11ShareableContent.h"
+
+namespace tessaloom {
+
+ShareableContent X11CapturePlatform::shareableContent() {
+    return readShareableContent(*X11Connection::open());
+}
+
+std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamConfiguration& configuration) {
+    return std::make_unique<X11ScreenStream>(X11Connection::open(), configuration);
+}
+
+std::unique_ptr<PointerSource> X11CapturePlatform::makePointerSource() {
+    auto connection = X11Connection::open();
+    const double scale = pointPixelScale(*connection);
+    return std::make_unique<X11PointerSource>(std::move(connection), scale);
+}
+
+std::unique_ptr<InputEventSource> X11CapturePlatform::makeInputEventSource() {
+    return std::make_unique<X11InputSource>(X11Connection::open());
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "capture/CapturePlatform.h"
+
+namespace tessaloom {
+
+/// Recording on an X server, the one named by DISPLAY at the time of each call.
+class X11CapturePlatform final : public CapturePlatform {
+  public:
+    ShareableContent shareableContent() override;
+    std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
+    std::unique_ptr<PointerSource> makePointerSource() override;
+    std::unique_ptr<InputEventSource> makeInputEventSource() override;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/x11/X11ScreenStream.h"
+
+#include <poll.h>
+#include <xcb/damage.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "base/HostClock.h"
+#include "platform/x11/DamageRegion.h"
+
+namespace tessaloom {
+namespace {
+
+/// How long a stop may have to wait for the thread to look up.
+constexpr double longestWaitSeconds = 0.05;
+constexpr std::size_t bytesPerPixel = 4;
+
+PixelRect wholePicture(const StreamConfiguration& configuration) {
+    return {0, 0, configuration.source.width, configuration.source.height};
+}
+
+std::size_t byteCount(const PixelRect& rect) {
+    return static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height) * bytesPerPixel;
+}
+
+bool isInside(const PixelRect& inner, const PixelRect& outer) {
+    const PixelRect common = intersection(inner, outer);
+    return common.width == inner.width && common.height == inner.height;
+}
+
+}  // namespace
+
+/// The server's record of what was drawn since it was last asked.
+struct X11ScreenStream::Damage {
+    Damage(const X11Connection& xConnection, xcb_window_t window)
+        : connection(xConnection),
+          firstEvent(xConnection.requireExtension(&xcb_damage_id, "DAMAGE").first_event),
+          damage(xcb_generate_id(xConnection)),
+          region(xcb_generate_id(xConnection)) {
+        xConnection.requireExtension(&xcb_xfixes_id, "XFIXES");
+        // The server answers requests of an extension only after its version was asked for.
+        X11Reply<xcb_damage_query_version_reply_t>(
+            xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1), nullptr));
+        X11Reply<xcb_xfixes_query_version_reply_t>(
+            xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
+        xcb_damage_create(connection, damage, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+        xcb_xfixes_create_region(connection, region, 0, nullptr);
+    }
+
+    const X11Connection& connection;
+    std::uint8_t firstEvent;
+    xcb_damage_damage_t damage;
+    xcb_xfixes_region_t region;
+};
+
+X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
+                                 const StreamConfiguration& configuration)
+    : connection_(std::move(connection)), configuration_(configuration) {}
+
+X11ScreenStream::~X11ScreenStream() {
+    stop();
+}
+
+void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
+    connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
+    source_ = X11StreamSource::open(*connection_, configuration_);
+    damage_ = std::make_unique<Damage>(*connection_, source_->damagedWindow());
+    pixels_ = std::make_unique<X11ShmSegment>(*connection_, byteCount(wholePicture(configuration_)));
+    onFrame_ = std::move(onFrame);
+    onStopped_ = std::move(onStopped);
+    thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
+}
+
+void X11ScreenStream::stop() {
+    thread_.request_stop();
+    if (thread_.joinable()) thread_.join();
+}
+
+void X11ScreenStream::run(const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+        if (!handleEvents()) {
+            onStopped_("The recorded window was closed.");
+            return;
+        }
+        if (connection_->lost()) {
+            onStopped_("The connection to the X server was lost.");
+            return;
+        }
+        const double now = HostClock::seconds();
+        const double due = nextReading(now);
+        if (damaged_ && now >= due) {
+            readDamage(due);
+        } else {
+            wait(damaged_ ? due - now : longestWaitSeconds);
+        }
+    }
+}
+
+void X11ScreenStream::wait(double seconds) const {
+    timespec timeout{};
+    timeout.tv_nsec = static_cast<long>(std::min(seconds, longestWaitSeconds) * 1e9);
+    // With damage already known, more of it need not wake us before the next reading.
+    pollfd descriptor{connection_->fileDescriptor(), static_cast<short>(damaged_ ? 0 : POLLIN), 0};
+    ppoll(&descriptor, 1, &timeout, nullptr);
+}
+
+bool X11ScreenStream::handleEvents() {
+    while (const auto event = connection_->pollEvent()) {
+        if ((event->response_type & 0x7F) == damage_->firstEvent + XCB_DAMAGE_NOTIFY) damaged_ = true;
+        switch (source_->handle(*event)) {
+            case X11StreamSource::Change::none:
+                break;
+            case X11StreamSource::Change::everything:
+                damaged_ = readAll_ = true;
+                break;
+            case X11StreamSource::Change::gone:
+                return false;
+        }
+    }
+    return true;
+}
+
+/// All readings fall on one grid, so that steady motion gives evenly spaced frames. After a rest, or when one
+/// was missed, the next point of the grid is the next reading.
+double X11ScreenStream::nextReading(double now) {
+    if (!gridPoint_) return now;
+    const double interval = configuration_.minimumFrameInterval;
+    const double late = now - *gridPoint_;
+    if (late > interval * 0.5) *gridPoint_ += std::ceil(late / interval) * interval;
+    return *gridPoint_;
+}
+
+void X11ScreenStream::readDamage(double hostTime) {
+    damaged_ = false;
+    const bool all = readAll_;
+    const std::vector<PixelRect> damage = takeDamage();
+    const PixelRect picture = wholePicture(configuration_);
+    const std::vector<PixelRect> rects =
+        all ? std::vector{picture} : rectanglesToRead(damage, picture.width, picture.height);
+    if (rects.empty()) return;
+    const PixelRect available = source_->available();
+    if (available.width <= 0 || available.height <= 0) return;  // hidden: its return is announced
+    const bool complete =
+        std::ranges::all_of(rects, [&](const PixelRect& r) { return isInside(r, available); });
+    gridPoint_ = hostTime + configuration_.minimumFrameInterval;
+    if (!(complete ? readPixels(rects) : readWithBlackMargins())) {
+        // The window changed under our hands; the event that says so is on its way.
+        readAll_ = damaged_ = true;
+        return;
+    }
+    readAll_ = false;
+    onFrame_({hostTime, patches_});
+}
+
+std::vector<PixelRect> X11ScreenStream::takeDamage() {
+    xcb_damage_subtract(*connection_, damage_->damage, XCB_NONE, damage_->region);
+    const auto cookie = xcb_xfixes_fetch_region(*connection_, damage_->region);
+    const X11Reply<xcb_xfixes_fetch_region_reply_t> reply(
+        xcb_xfixes_fetch_region_reply(*connection_, cookie, nullptr));
+    std::vector<PixelRect> rects;
+    if (!reply) return rects;
+    const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
+    const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
+    for (const xcb_rectangle_t* rect = first; rect != first + count; ++rect) {
+        rects.push_back({rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(), rect->width,
+                         rect->height});
+    }
+    return rects;
+}
+
+/// All requests go out before the first answer is awaited.
+bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
+    patches_.clear();
+    std::vector<xcb_shm_get_image_cookie_t> cookies;
+    std::size_t offset = 0;
+    for (const PixelRect& rect : rects) {
+        cookies.push_back(xcb_shm_get_image(
+            *connection_, source_->drawable(), static_cast<std::int16_t>(source_->originX() + rect.x),
+            static_cast<std::int16_t>(source_->originY() + rect.y), static_cast<std::uint16_t>(rect.width),
+            static_cast<std::uint16_t>(rect.height), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, pixels_->id(),
+            static_cast<std::uint32_t>(offset)));
+        const auto stride =
+            static_cast<std::ptrdiff_t>(rect.width) * static_cast<std::ptrdiff_t>(bytesPerPixel);
+        patches_.push_back({{pixels_->data() + offset, rect.width, rect.height, stride}, rect.x, rect.y});
+        offset += byteCount(rect);
+    }
+    bool complete = true;
+    for (const auto& cookie : cookies) {
+        const X11Reply<xcb_shm_get_image_reply_t> reply(
+            xcb_shm_get_image_reply(*connection_, cookie, nullptr));
+        complete = complete && reply != nullptr;
+    }
+    return complete;
+}
+
+/// The source is smaller than the picture at present: what it has, on black.
+bool X11ScreenStream::readWithBlackMargins() {
+    const PixelRect part = source_->available();
+    if (!readPixels({part})) return false;
+    const BgraView read = patches_.front().pixels;
+    const PixelRect picture = wholePicture(configuration_);
+    const auto stride = static_cast<std::size_t>(picture.width) * bytesPerPixel;
+    const auto partStride = static_cast<std::size_t>(read.stride);
+    // The rows spread out within the same memory, so the last ones have to move first.
+    for (int y = picture.height - 1; y >= 0; --y) {
+        std::uint8_t* row = pixels_->data() + static_cast<std::size_t>(y) * stride;
+        const bool hasPixels = y >= part.y && y < part.y + part.height;
+        if (!hasPixels) {
+            std::memset(row, 0, stride);
+            continue;
+        }
+        const auto left = static_cast<std::size_t>(part.x) * bytesPerPixel;
+        std::memmove(row + left, read.row(y - part.y), partStride);
+        std::memset(row, 0, left);
+        std::memset(row + left + partStride, 0, stride - left - partStride);
+    }
+    patches_ = {
+        {{pixels_->data(), picture.width, picture.height, static_cast<std::ptrdiff_t>(stride)}, 0, 0}};
+    return true;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "capture/ScreenStream.h"
+#include "media/BgraImage.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11ShmSegment.h"
+#include "platform/x11/X11StreamSource.h"
+
+namespace tessaloom {
+
+/// A display or a window of an X server, read through shared memory whenever the DAMAGE extension reports a
+/// change, on a steady grid of at most 60 readings a second that starts with the first frame.
+class X11ScreenStream final : public ScreenStream {
+  public:
+    X11ScreenStream(std::unique_ptr<X11Connection> connection, const StreamConfiguration& configuration);
+    ~X11ScreenStream() override;
+    X11ScreenStream(const X11ScreenStream&) = delete;
+    X11ScreenStream& operator=(const X11ScreenStream&) = delete;
+
+    void start(FrameHandler onFrame, StopHandler onStopped) override;
+    void stop() override;
+
+  private:
+    struct Damage;
+
+    void run(const std::stop_token& stop);
+    double nextReading(double now);
+    void wait(double seconds) const;
+    bool handleEvents();
+    void readDamage(double hostTime);
+    std::vector<PixelRect> takeDamage();
+    bool readPixels(const std::vector<PixelRect>& rects);
+    bool readWithBlackMargins();
+
+    std::unique_ptr<X11Connection> connection_;
+    StreamConfiguration configuration_;
+    std::unique_ptr<X11StreamSource> source_;
+    std::unique_ptr<Damage> damage_;
+    std::unique_ptr<X11ShmSegment> pixels_;
+    FrameHandler onFrame_;
+    StopHandler onStopped_;
+
+    bool damaged_ = true;              ///< the server has changes that were not read yet
+    bool readAll_ = true;              ///< the whole picture counts as changed: at the start, after a resize
+    std::optional<double> gridPoint_;  ///< of the next reading
+    std::vector<ScreenPatch> patches_;
+    std::jthread thread_;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "capture/ShareableContent.h"
+#include "platform/x11/X11Connection.h"
+
+namespace tessaloom {
+
+/// The server's monitors and mapped top-level windows at this moment.
+ShareableContent readShareableContent(const X11Connection& connection);
+
+/// Pixels per point: the desktop's text resolution (Xft.dpi) over 96, 1 when it isn't set.
+double pointPixelScale(const X11Connection& connection);
+
+}  // namespace tessaloom

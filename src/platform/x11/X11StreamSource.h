@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include "capture/ScreenStream.h"
+#include "platform/x11/X11Connection.h"
+
+namespace tessaloom {
+
+/// Where a stream's pixels are read: a part of the root window, or a window's own off-screen picture.
+class X11StreamSource {
+  public:
+    enum class Change {
+        none,
+        everything,  ///< all pixels must be read anew
+        gone,        ///< the source is no more
+    };
+
+    /// Throws CaptureError or std::runtime_error.
+    static std::unique_ptr<X11StreamSource> open(const X11Connection& connection,
+                                                 const StreamConfiguration& configuration);
+    virtual ~X11StreamSource() = default;
+
+    /// The window whose damage tells of changes, and the picture's top left corner in its coordinates.
+    virtual xcb_window_t damagedWindow() const = 0;
+    virtual int damageOriginX() const = 0;
+    virtual int damageOriginY() const = 0;
+
+    /// What to read from, and the picture's top left corner in its coordinates.
+    virtual xcb_drawable_t drawable() const = 0;
+    virtual int originX() const = 0;
+    virtual int originY() const = 0;
+    /// The part of the picture that has pixels at present; the rest is black. In picture coordinates.
+    virtual PixelRect available() const = 0;
+
+    virtual Change handle(const xcb_generic_event_t& event) = 0;
+};
+
+}  // namespace tessaloom
