@@ -4,7 +4,7 @@
 #include <exception>
 
 #include "core/EventJournal.h"
-#include "motion/ZoomEngine.h"
+#include "motion/FirstEdit.h"
 
 namespace tessaloom {
 namespace {
@@ -19,24 +19,13 @@ bool wasStopped(const TakeBundle& bundle) {
     }
 }
 
-EditParams editOrFresh(const TakeBundle& bundle) {
-    try {
-        return bundle.readEdit();
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 }  // namespace
 
 void finishInterruptedTake(const TakeBundle& bundle) {
     const auto recovered = recoverJournal(bundle);
     if (!recovered) return;
     if (!wasStopped(bundle)) bundle.write(*recovered);
-    const EventLog log = bundle.readLog();
-    EditParams edit = editOrFresh(bundle);
-    edit.zoomKeyframes = ZoomEngine{}.generate(log, logDuration(log));
-    bundle.write(edit);
+    storeGeneratedZooms(bundle, bundle.readLog());
     std::filesystem::remove(bundle.file(TakeBundle::journalFile));
 }
 

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "export/TakeExport.h"
+
+namespace tessaloom {
+double canvasAspect(const OpenTake& take, const ExportChoices& choices) {
+    return canvasRatio(choices.shape.value_or(take.edit.aspect), take.recordingAspect);
+}
+
+Exporter::Settings exportSettings(const OpenTake& take, const ExportChoices& choices, double movieDuration) {
+    const double aspect = canvasAspect(take, choices);
+    return {
+        .aspect = aspect,
+        .segments = take.keptSegments(movieDuration),
+        .wallpaper = take.wallpaper(),
+        .outputLongEdge = outputLongEdge(choices.resolution, aspect),
+        .bitsPerPixel = bitsPerPixel(choices.quality),
+        .speed = take.edit.speed,
+        .cursorStyle = take.edit.cursorStyle,
+        .makeComposer = [take](Size imageSize, Point hotspot) { return take.composer(imageSize, hotspot); }};
+}
+
+}  // namespace tessaloom
