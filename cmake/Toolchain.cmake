@@ -2,6 +2,7 @@
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+add_compile_definitions(QT_NO_KEYWORDS)  # "signals" and "slots" are words of ours too
 
 find_program(CCACHE ccache)
 if(CCACHE)

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/Arguments.h"
+
+#include <cmath>
+
+#include "shell/CommandError.h"
+
+namespace tessaloom {
+namespace {
+
+[[noreturn]] void refuseValue(const QString& option, const QString& value, const char* wanted) {
+    throw UsageError(QStringLiteral("--%1 takes %2, not \"%3\".").arg(option, wanted, value).toStdString());
+}
+
+}  // namespace
+
+Arguments::Arguments(const QStringList& words, const QList<OptionName>& options, int fewestWords,
+                     int mostWords) {
+    for (const OptionName& option : options) {
+        QStringList names{option.name};
+        if (!option.alias.isEmpty()) names.append(option.alias);
+        parser_.addOption(QCommandLineOption(names, QString(), option.value));
+    }
+    // The parser skips the first word, a program's name.
+    if (!parser_.parse(QStringList{QString()} + words)) throw UsageError(parser_.errorText().toStdString());
+    const auto count = parser_.positionalArguments().size();
+    if (count < fewestWords) throw UsageError("Something is missing.");
+    if (count > mostWords) {
+        throw UsageError(
+            QStringLiteral("Don't know what to do with \"%1\".").arg(this->words().last()).toStdString());
+    }
+}
+
+std::optional<QString> Arguments::text(const QString& option) const {
+    if (!has(option)) return std::nullopt;
+    return parser_.value(option);
+}
+
+std::optional<double> Arguments::number(const QString& option) const {
+    const auto value = text(option);
+    if (!value) return std::nullopt;
+    bool ok = false;
+    const double number = value->toDouble(&ok);
+    if (!ok || !std::isfinite(number)) refuseValue(option, *value, "a number");
+    return number;
+}
+
+std::optional<int> Arguments::integer(const QString& option) const {
+    const auto value = text(option);
+    if (!value) return std::nullopt;
+    bool ok = false;
+    const int number = value->toInt(&ok);
+    if (!ok) refuseValue(option, *value, "a whole number");
+    return number;
+}
+
+}  // namespace tessaloom

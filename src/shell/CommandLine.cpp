@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/CommandLine.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <iostream>
+
+#include "shell/ExportCommand.h"
+#include "shell/FrameCommand.h"
+#include "shell/ListCommands.h"
+#include "shell/RecordCommand.h"
+
+namespace tessaloom {
+namespace {
+
+struct Command {
+    const char* name;
+    const char* summary;
+    const char* help;
+    ExitStatus (*run)(const QStringList& words, const CommandServices& services);
+};
+
+constexpr std::array commands = {
+    Command{"record", "record the screen",
+            R"(Usage: tessaloom record [--display N | --area X,Y,W,H | --window APP [--title TEXT]]
+                        [--countdown S] [--duration S]
+
+Records until Ctrl-C, or for --duration seconds, and prints the recording's path.
+Clicks and shortcut keys are noted beside the picture, and zooms are made from them.
+Plain typing is never noted.
+
+  --display N      a display by number, counted from 0 (without a source: the main display)
+  --area X,Y,W,H   a part of the screen
+  --window APP     a window by its application's name, also while others cover it
+  --title TEXT     the one of APP's windows whose title contains TEXT
+  --countdown S    seconds before the recording starts (0 for none)
+  --duration S     stop by itself after S seconds
+
+Example: tessaloom record --window firefox --duration 20
+)",
+            [](const QStringList& words, const CommandServices& services) {
+                return runRecordCommand(words, services.capture);
+            }},
+    Command{"export", "make a video file from a recording",
+            R"(Usage: tessaloom export RECORDING [-o FILE] [--resolution 720p|1080p|1440p|4k]
+                        [--shape native|16:9|1:1|4:5|9:16] [--quality high|balanced|small]
+
+Composes every frame from the recording and its edit, and prints the file's path.
+RECORDING is a path, or a name from "tessaloom list". An existing FILE is replaced,
+and only by a complete one.
+
+  -o FILE          where to (the recording's name in the current folder)
+  --resolution R   the picture's shorter side (1080p); never larger than the recording
+  --shape S        the picture's shape (the edit's)
+  --quality Q      how much detail to spend bits on (high)
+
+Example: tessaloom export "Recording 2026-11-15 at 14.05.09" -o demo.mp4
+)",
+            [](const QStringList& words, const CommandServices& services) {
+                return runExportCommand(words, services.makeRenderer);
+            }},
+    Command{"frame", "draw one frame of a recording",
+            R"(Usage: tessaloom frame RECORDING --at SECONDS [--size WxH] -o FILE.png
+
+Draws the frame that an export would show at a time of the recording.
+
+  --at SECONDS     the time in the recording, before any cuts
+  --size WxH       the picture's size in pixels (as an export at 1080p)
+  -o FILE.png      where to
+
+Example: tessaloom frame "Recording 2026-11-15 at 14.05.09" --at 5 -o still.png
+)",
+            [](const QStringList& words, const CommandServices& services) {
+                return runFrameCommand(words, services.makeRenderer);
+            }},
+    Command{"list", "list the recordings, newest first",
+            R"(Usage: tessaloom list [--json]
+
+Lists the recordings of the library, newest first, with their lengths.
+
+  --json           as an array of objects, for scripts
+)",
+            [](const QStringList& words, const CommandServices&) { return runListCommand(words); }},
+    Command{"info", "describe one recording",
+            R"(Usage: tessaloom info RECORDING [--json]
+
+Describes one recording. RECORDING is a path, or a name from "tessaloom list".
+
+  --json           as an object, for scripts
+)",
+            [](const QStringList& words, const CommandServices&) { return runInfoCommand(words); }},
+};
+
+void printOverview(std::ostream& out) {
+    out << "Tessaloom records the screen and makes a zoomed, framed video of it.\n\n"
+           "Usage: tessaloom COMMAND [OPTIONS]\n\n";
+    for (const Command& command : commands) {
+        out << "  " << command.name << std::string(10 - std::string_view(command.name).size(), ' ')
+            << command.summary << '\n';
+    }
+    out << "\n\"tessaloom COMMAND --help\" tells more. Start with: tessaloom record --duration 10\n"
+           "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
+}
+
+ExitStatus run(const Command& command, const QStringList& words, const CommandServices& services) {
+    if (words.contains("--help") || words.contains("-h")) {
+        std::cout << command.help;
+        return ExitStatus::done;
+    }
+    try {
+        return command.run(words, services);
+    } catch (const UsageError& error) {
+        std::cerr << "tessaloom: " << error.what() << " See \"tessaloom " << command.name << " --help\".\n";
+        return ExitStatus::usage;
+    } catch (const std::exception& error) {
+        std::cerr << "tessaloom: " << error.what() << '\n';
+        return ExitStatus::failed;
+    }
+}
+
+}  // namespace
+
+ExitStatus runCommandLine(const QStringList& arguments, const CommandServices& services) {
+    const QString name = arguments.value(0);
+    if (name == "--help" || name == "-h" || name == "help") {
+        printOverview(std::cout);
+        return ExitStatus::done;
+    }
+    if (name == "--version") {
+        std::cout << "tessaloom " << TESSALOOM_VERSION << '\n';
+        return ExitStatus::done;
+    }
+    const auto command = std::ranges::find(commands, name, [](const Command& c) { return QString(c.name); });
+    if (command != commands.end()) return run(*command, arguments.mid(1), services);
+    if (!name.isEmpty()) std::cerr << "tessaloom: There is no command \"" << name.toStdString() << "\".\n\n";
+    printOverview(std::cerr);
+    return ExitStatus::usage;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+#include "capture/CapturePlatform.h"
+#include "render/Renderer.h"
+#include "shell/CommandError.h"
+
+namespace tessaloom {
+
+/// What the commands need of the machine they run on.
+struct CommandServices {
+    CapturePlatform& capture;
+    std::function<std::unique_ptr<Renderer>()> makeRenderer;
+};
+
+/// Runs one command of the command line (without the program's name). Results go to stdout, everything else
+/// to stderr. Main thread.
+ExitStatus runCommandLine(const QStringList& arguments, const CommandServices& services);
+
+}  // namespace tessaloom

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ExportCommand.h"
+
+#include <QEventLoop>
+#include <QTimer>
+#include <atomic>
+#include <exception>
+#include <iostream>
+#include <thread>
+
+#include "export/TakeExport.h"
+#include "shell/BundleArgument.h"
+#include "shell/ExportArguments.h"
+#include "shell/InterruptSignals.h"
+#include "shell/ProgressLine.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::filesystem::path defaultDestination(const TakeBundle& bundle) {
+    const auto name = bundle.url.filename();
+    const auto stem = name.extension() == TakeBundle::extension ? name.stem() : name;
+    return std::filesystem::current_path() / (stem.string() + ".mp4");
+}
+
+/// Runs the export on a thread of its own, so that this one can show progress and hear Ctrl-C.
+void runWithProgress(Exporter& exporter, const std::filesystem::path& destination) {
+    std::atomic<double> fraction = 0;
+    std::exception_ptr failure;
+    QEventLoop loop;
+    std::stop_source stop;
+    // Before the worker starts, so that it doesn't take the signals itself.
+    const InterruptSignals interrupts([&stop] { stop.request_stop(); });
+    ProgressLine line("Exporting");
+    QTimer redraw;
+    QObject::connect(&redraw, &QTimer::timeout, &loop, [&] { line.show(fraction); });
+    redraw.start(100ms);
+    const std::jthread worker([&] {
+        try {
+            exporter.exportVideo(
+                destination, [&](double done) { fraction = done; }, stop.get_token());
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    });
+    loop.exec();
+    if (failure) std::rethrow_exception(failure);
+}
+
+}  // namespace
+
+ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer) {
+    const auto arguments = ExportArguments::parse(words);
+    const OpenTake take = openTake(findBundle(arguments.bundle));
+    const auto destination =
+        std::filesystem::absolute(arguments.destination.value_or(defaultDestination(take.bundle)));
+    const auto settings = exportSettings(take, arguments.choices, playableDuration(take));
+    Exporter exporter = Exporter::prepare(take.bundle, settings, makeRenderer);
+    try {
+        runWithProgress(exporter, destination);
+    } catch (const ExportCancelled&) {
+        return ExitStatus::interrupted;
+    }
+    std::cout << destination.string() << std::endl;
+    return ExitStatus::done;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/FrameCommand.h"
+
+#include <QImage>
+#include <QRegularExpression>
+#include <iostream>
+
+#include "export/ExportStaging.h"
+#include "export/HeldFrameReader.h"
+#include "export/TakeExport.h"
+#include "shell/Arguments.h"
+#include "shell/BundleArgument.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr int largestSide = 16384;
+/// Long enough to hold the picture in force at the time asked for, short enough to read little more.
+constexpr double readAheadSeconds = 1.0 / 60.0;
+
+struct FrameArguments {
+    QString bundle;
+    double time = 0;
+    std::optional<CanvasSize> size;
+    std::filesystem::path destination;
+};
+
+CanvasSize parseSize(const QString& text) {
+    static const QRegularExpression pattern(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
+    const auto match = pattern.match(text);
+    const CanvasSize size{match.captured(1).toInt(), match.captured(2).toInt()};
+    if (size.width < 1 || size.height < 1 || size.width > largestSide || size.height > largestSide) {
+        throw UsageError("--size takes WIDTHxHEIGHT in pixels, 1 to 16384 each.");
+    }
+    return size;
+}
+
+FrameArguments parse(const QStringList& words) {
+    const Arguments arguments(words, {{"at", "SECONDS", {}}, {"size", "WxH", {}}, {"output", "FILE", "o"}}, 1,
+                              1);
+    const auto time = arguments.number("at");
+    const auto file = arguments.text("output");
+    if (!time) throw UsageError("--at SECONDS is missing.");
+    if (!file) throw UsageError("-o FILE.png is missing.");
+    FrameArguments parsed{arguments.words().first(), *time, {}, file->toStdString()};
+    if (parsed.destination.extension() != ".png") throw UsageError("-o takes a file name that ends in .png.");
+    if (const auto size = arguments.text("size")) parsed.size = parseSize(*size);
+    return parsed;
+}
+
+CanvasSize exportSize(const OpenTake& take, const MovieReader& movie) {
+    const double aspect = canvasAspect(take, {});
+    return CanvasSize::fitting(movie.naturalWidth(), movie.naturalHeight(), aspect,
+                               outputLongEdge(ResolutionPreset::p1080, aspect));
+}
+
+BgraImage drawFrame(const OpenTake& take, const FrameArguments& arguments, Renderer& renderer) {
+    auto movie = MovieReader::open(take.bundle.file(TakeBundle::screenFile),
+                                   MovieReader::TimeRange{arguments.time, arguments.time + readAheadSeconds});
+    const CanvasSize canvas = arguments.size.value_or(exportSize(take, *movie));
+    HeldFrameReader frames(std::move(movie));
+    const DecodedFrame* held = frames.frame(arguments.time);
+    if (held == nullptr)
+        throw CommandError("The recording shows nothing at that time; it starts at 0 seconds.");
+    BgraImage recording;
+    held->toBgra(recording);
+    const FrameComposer composer = take.composer(renderer.cursorImageSize(), renderer.cursorHotspot());
+    BgraImage target(canvas.width, canvas.height);
+    renderer.render(composer.composeFrame(arguments.time, canvas.width, canvas.height),
+                    {.recording = {recording.view(), 1}}, target);
+    return target;
+}
+
+void savePng(const BgraImage& image, const std::filesystem::path& destination) {
+    ExportStaging staging(destination);
+    const QImage picture(image.row(0), image.width(), image.height(), image.stride(), QImage::Format_RGB32);
+    if (!picture.save(QString::fromStdString(staging.url().string()), "PNG")) {
+        throw CommandError("Couldn't write " + destination.string() +
+                           ". Check the folder and the free space.");
+    }
+    staging.commit();
+}
+
+}  // namespace
+
+ExitStatus runFrameCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer) {
+    const auto arguments = parse(words);
+    const OpenTake take = openTake(findBundle(arguments.bundle));
+    const auto renderer = makeRenderer();
+    if (renderer->cursorStyle() != take.edit.cursorStyle) renderer->makeCursorTexture(take.edit.cursorStyle);
+    renderer->loadWallpaper(take.wallpaper());
+    const auto destination = std::filesystem::absolute(arguments.destination);
+    savePng(drawFrame(take, arguments, *renderer), destination);
+    std::cout << destination.string() << std::endl;
+    return ExitStatus::done;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/RecordArguments.h"
+
+#include <cmath>
+
+#include "shell/Arguments.h"
+#include "shell/CommandError.h"
+
+namespace tessaloom {
+namespace {
+
+/// Anything smaller is a slip of the hand, not an area.
+constexpr double smallestAreaSide = 8;
+
+Rect parseArea(const QString& text) {
+    const QStringList parts = text.split(',');
+    double values[4] = {};
+    bool ok = parts.size() == 4;
+    for (int i = 0; ok && i < 4; ++i) {
+        values[i] = parts[i].toDouble(&ok);
+        ok = ok && std::isfinite(values[i]);
+    }
+    if (!ok) throw UsageError("--area takes four numbers: X,Y,WIDTH,HEIGHT.");
+    if (!(values[2] > smallestAreaSide && values[3] > smallestAreaSide)) {
+        throw UsageError("The area must be wider and taller than 8 points.");
+    }
+    return {values[0], values[1], values[2], values[3]};
+}
+
+CaptureSource parseSource(const Arguments& arguments) {
+    const auto display = arguments.integer("display");
+    const auto area = arguments.text("area");
+    const auto window = arguments.text("window");
+    const auto title = arguments.text("title");
+    if (int{display.has_value()} + int{area.has_value()} + int{window.has_value()} > 1) {
+        throw UsageError("Choose one of --display, --area and --window.");
+    }
+    if (title && !window) throw UsageError("--title narrows down --window, which is missing.");
+    if (area) return RegionSource{parseArea(*area)};
+    if (display) return DisplaySource{*display};
+    if (!window) return MainDisplaySource{};
+    if (window->isEmpty()) throw UsageError("--window takes an application's name.");
+    AppWindowSource source{window->toStdString(), std::nullopt};
+    if (title) source.title = title->toStdString();
+    return source;
+}
+
+}  // namespace
+
+RecordArguments RecordArguments::parse(const QStringList& words) {
+    const Arguments arguments(words,
+                              {{"display", "N", {}},
+                               {"area", "X,Y,W,H", {}},
+                               {"window", "APP", {}},
+                               {"title", "TEXT", {}},
+                               {"countdown", "S", {}},
+                               {"duration", "S", {}}},
+                              0, 0);
+    RecordArguments parsed{parseSource(arguments), arguments.integer("countdown"),
+                           arguments.number("duration")};
+    if (parsed.durationSeconds && !(*parsed.durationSeconds > 0)) {
+        throw UsageError("--duration takes a number of seconds above 0.");
+    }
+    return parsed;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+#include <optional>
+
+#include "capture/CaptureSource.h"
+
+namespace tessaloom {
+
+/// What `tessaloom record` was asked for; what isn't given is left to the stored settings.
+struct RecordArguments {
+    CaptureSource source;
+    std::optional<int> countdownSeconds;
+    std::optional<double> durationSeconds;
+
+    /// Throws UsageError.
+    static RecordArguments parse(const QStringList& words);
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+
+#include "capture/CapturePlatform.h"
+#include "shell/CommandError.h"
+
+namespace tessaloom {
+
+/// `tessaloom record`: records until the time is up, the source ends, or the user interrupts; prints the
+/// bundle's path. Throws CommandError and UsageError.
+ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform);
+
+}  // namespace tessaloom
