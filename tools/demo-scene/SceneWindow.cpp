@@ -85,7 +85,7 @@ void SceneWindow::logPaint() {
     if (counter_ > 1) return;
     writeGeometry();
     requestActivate();
-    emit ready();
+    Q_EMIT ready();
 }
 
 void SceneWindow::writeGeometry() const {

@@ -22,7 +22,7 @@ class SceneWindow : public QRasterWindow {
   public:
     explicit SceneWindow(const SceneOptions& options);
 
-  signals:
+  Q_SIGNALS:
     /// The first picture is on the screen and the geometry file is written.
     void ready();
 
