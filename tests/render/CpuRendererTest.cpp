@@ -13,7 +13,6 @@
 #include "render/ReferenceComparison.h"
 #include "support/PictureFiles.h"
 #include "support/PixelAt.h"
-#include "support/TemporaryFolder.h"
 
 namespace tessaloom {
 namespace {
@@ -79,7 +78,6 @@ class CpuRendererStageTest : public ::testing::TestWithParam<int> {};
 TEST_P(CpuRendererStageTest, DrawsWhatTheFormulasSay) {
     const int style = GetParam();
     Chance chance(static_cast<unsigned>(style) + 1);
-    const test::TemporaryFolder folder;
     BgraImage wallpaper = blackPixel();
     CpuRenderer renderer(2, noThemes);
     if (style == 2) {
