@@ -51,7 +51,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& strings) {
 pid_t startProgram(std::vector<std::string> command, const Environment& environment, int output, int errors) {
     std::vector<std::string> assignments;
     for (const auto& [name, value] : environment)
-        assignments.push_back(name + '=' + value);
+        assignments.emplace_back(name).append(1, '=').append(value);
     const std::vector<char*> arguments = pointersTo(command);
     std::vector<char*> variables = pointersTo(assignments);
 

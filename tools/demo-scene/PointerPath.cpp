@@ -42,7 +42,9 @@ std::vector<PathPoint> handPath(QPointF from, QPointF to, double targetSize, std
     const double correctionStart = mainDuration * 0.9;
 
     std::vector<PathPoint> path;
-    for (double now = stepSeconds; now < duration; now += stepSeconds) {
+    const int steps = static_cast<int>(std::lround(duration / stepSeconds));
+    for (int step = 1; step < steps; ++step) {
+        const double now = duration * step / steps;
         const double main = progress(now / mainDuration);
         const double correction = progress((now - correctionStart) / (duration - correctionStart));
         const double forward = (distance + overshoot) * main - (overshoot > 0 ? overshoot * correction : 0);

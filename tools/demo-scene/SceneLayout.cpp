@@ -46,7 +46,7 @@ class Builder {
         const int bottom = size_.height() - statusBarHeight;
         const int contentTop = topBarHeight + gap;
         const int formLeft = sidebarWidth + gap + listWidth + gap;
-        hasNotes_ = size_.height() >= 900;
+        hasNotes_ = size_.height() >= 960;
         fieldPitch_ = hasNotes_ ? 92 : 84;
         const int formHeight =
             headerHeight + 3 * fieldPitch_ + (hasNotes_ ? notesHeight + 16 : 0) + 46 + 2 * 28;

@@ -55,7 +55,7 @@ bool SceneWindow::event(QEvent* event) {
 }
 
 void SceneWindow::paintEvent(QPaintEvent* event) {
-    const QRegion region = event->region();
+    const QRegion& region = event->region();
     QPainter painter(this);
     paintScene(painter, layout_, state_, region);
     // Without the strip it is the same picture again, uncovered.
