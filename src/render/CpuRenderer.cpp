@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "render/CpuRenderer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <functional>
+#include <utility>
+
+#include "render/KeystrokeChipRaster.h"
+#include "render/KeystrokePlacement.h"
+#include "render/PictureFile.h"
+#include "render/RippleStage.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr int bandHeight = 16;
+/// Fainter overlays are not drawn.
+constexpr float leastAlpha = 0.001F;
+
+Rect toRect(const Float4& value) {
+    return {value.x, value.y, value.z, value.w};
+}
+
+BgraImage blackPixel() {
+    BgraImage pixel(1, 1);
+    constexpr std::array<std::uint8_t, 4> opaqueBlack{0, 0, 0, 255};
+    std::memcpy(pixel.row(0), opaqueBlack.data(), opaqueBlack.size());
+    return pixel;
+}
+
+}  // namespace
+
+CpuRenderer::CpuRenderer(int threads, std::vector<std::string> themes)
+    : themes_(std::move(themes)),
+      cursor_(makeCursor(cursorStyle_)),
+      blank_(blackPixel()),
+      pool_(threads),
+      scratch_(static_cast<std::size_t>(pool_.participants())) {}
+
+void CpuRenderer::render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) {
+    prepareComposite(frame.uniforms, sources.recording);
+    prepareCursor(frame.cursor, target);
+    prepareKeystroke(frame.keystroke, target);
+    const auto drawBand = [&](int first, int last, int participant) {
+        RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
+        for (int y = first; y < last; ++y)
+            drawRow(frame, y, scratch, target);
+    };
+    pool_.forEachBand(target.height(), bandHeight, std::cref(drawBand));
+}
+
+void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch,
+                          BgraImage& target) const {
+    std::uint8_t* row = target.row(y);
+    composite_.drawRow(y, scratch, row);
+    for (const RippleUniforms& ripple : frame.ripples)
+        drawRippleRow(ripple, y, target.width(), row);
+    cursorStage_.drawRow(y, scratch, row);
+    keystrokeStage_.drawRow(y, scratch, row);
+}
+
+void CpuRenderer::prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording) {
+    Backdrop::Pictures pictures{recording.pixels, recording.identity, wallpaper_.view(), wallpaperIdentity_};
+    if (pictures.recording.empty()) pictures.recording = blank_.view();
+    if (pictures.wallpaper.empty()) pictures.wallpaper = blank_.view();
+    growScratch(std::max(pictures.recording.width, pictures.wallpaper.width), static_cast<int>(uniforms.a.x));
+    composite_.prepare(uniforms, pictures, pool_, scratch_);
+}
+
+void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, const BgraImage& canvas) {
+    cursorStage_.clear();
+    if (!cursor) return;
+    const RoundedBox content{toRect(cursor->content), cursor->meta.z};
+    prepareOverlay(cursorStage_, cursor_.picture.forWidth(cursor->rect.z),
+                   {toRect(cursor->rect), cursor->meta.w, content}, canvas);
+}
+
+void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, const BgraImage& canvas) {
+    keystrokeStage_.clear();
+    if (!chip || chip->alpha <= leastAlpha) return;
+    const Chip* raster = keystrokeChip(chip->text);
+    if (raster == nullptr) return;
+    const Rect place = keystrokePlacement(raster->pixels, static_cast<float>(canvas.width()),
+                                          static_cast<float>(canvas.height()));
+    prepareOverlay(keystrokeStage_, raster->picture.forWidth(place.width), {place, chip->alpha, {}}, canvas);
+}
+
+void CpuRenderer::prepareOverlay(PictureStage& stage, BgraView picture,
+                                 const PictureStage::Placement& placement, const BgraImage& canvas) {
+    growScratch(picture.width, canvas.width());
+    stage.prepare(picture, placement, canvas.width(), canvas.height());
+}
+
+void CpuRenderer::growScratch(int pictureWidth, int canvasWidth) {
+    for (RowScratch& scratch : scratch_)
+        scratch.grow(pictureWidth, canvasWidth);
+}
+
+void CpuRenderer::makeCursorTexture(CursorStyle style) {
+    cursor_ = makeCursor(style);
+    cursorStyle_ = style;
+}
+
+CpuRenderer::Cursor CpuRenderer::makeCursor(CursorStyle style) const {
+    CursorImage image = makeCursorImage(style, themes_);
+    return {PictureLevels(std::move(image.pixels)), image.size, image.hotspot};
+}
+
+void CpuRenderer::loadWallpaper(const std::optional<std::filesystem::path>& file) {
+    if (file == wallpaperFile_) return;
+    wallpaperFile_ = file;
+    wallpaper_ = file ? readPictureFile(*file).value_or(BgraImage()) : BgraImage();
+    ++wallpaperIdentity_;
+}
+
+void CpuRenderer::prewarmKeystrokes(std::span<const std::string_view> texts) {
+    for (const std::string_view text : texts)
+        keystrokeChip(text);
+}
+
+const CpuRenderer::Chip* CpuRenderer::keystrokeChip(std::string_view text) {
+    return keystrokeChips_.get(text, [](std::string_view label) -> std::optional<Chip> {
+        std::optional<OverlayRaster> raster = keystrokeChipRaster(label);
+        if (!raster) return std::nullopt;
+        const Size pixels{static_cast<double>(raster->pixels.width()),
+                          static_cast<double>(raster->pixels.height())};
+        return Chip{PictureLevels(std::move(raster->pixels)), pixels};
+    });
+}
+
+}  // namespace tessaloom

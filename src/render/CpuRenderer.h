@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/WorkerPool.h"
+#include "render/CompositeStage.h"
+#include "render/CursorImage.h"
+#include "render/PictureLevels.h"
+#include "render/PictureStage.h"
+#include "render/RasterCache.h"
+#include "render/Renderer.h"
+
+namespace tessaloom {
+
+/// Draws frames without a GPU: rows in bands over all cores, each band through all stages while it is in the
+/// cache. Running frames allocate nothing.
+class CpuRenderer final : public Renderer {
+  public:
+    /// `threads` draw at once, the caller's among them; `themes` is where cursors are looked for.
+    explicit CpuRenderer(int threads = WorkerPool::hardwareParticipants(),
+                         std::vector<std::string> themes = cursorThemes());
+
+    void render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) override;
+
+    void makeCursorTexture(CursorStyle style) override;
+    CursorStyle cursorStyle() const override { return cursorStyle_; }
+    Size cursorImageSize() const override { return cursor_.size; }
+    Point cursorHotspot() const override { return cursor_.hotspot; }
+
+    void loadWallpaper(const std::optional<std::filesystem::path>& file) override;
+    void prewarmKeystrokes(std::span<const std::string_view> texts) override;
+
+  private:
+    struct Cursor {
+        PictureLevels picture;
+        Size size;
+        Point hotspot;
+    };
+    struct Chip {
+        PictureLevels picture;
+        Size pixels;
+    };
+
+    Cursor makeCursor(CursorStyle style) const;
+    const Chip* keystrokeChip(std::string_view text);
+    void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
+    void prepareCursor(const std::optional<CursorUniforms>& cursor, const BgraImage& canvas);
+    void prepareKeystroke(const std::optional<KeystrokeChip>& chip, const BgraImage& canvas);
+    void prepareOverlay(PictureStage& stage, BgraView picture, const PictureStage::Placement& placement,
+                        const BgraImage& canvas);
+    void growScratch(int pictureWidth, int canvasWidth);
+    void drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch, BgraImage& target) const;
+
+    std::vector<std::string> themes_;
+    CursorStyle cursorStyle_ = CursorStyle::system;
+    Cursor cursor_;
+    RasterCache<Chip> keystrokeChips_;
+    std::optional<std::filesystem::path> wallpaperFile_;
+    BgraImage wallpaper_;
+    std::uint64_t wallpaperIdentity_ = 1;
+    /// Stands in for pictures that are missing.
+    BgraImage blank_;
+
+    CompositeStage composite_;
+    PictureStage cursorStage_;
+    PictureStage keystrokeStage_;
+    WorkerPool pool_;
+    std::vector<RowScratch> scratch_;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+#include "render/Uniforms.h"
+
+namespace tessaloom {
+
+/// Draws one click ring over row `y` of a canvas `canvasWidth` pixels wide: expanding and fading with its
+/// age, clipped to the framed recording. Callable from any thread.
+void drawRippleRow(const RippleUniforms& ripple, int y, int canvasWidth, std::uint8_t* canvasRow);
+
+}  // namespace tessaloom
