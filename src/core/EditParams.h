@@ -20,7 +20,7 @@
 namespace tessaloom {
 
 /// The whole edit of one recording. All times are source seconds; lengths are points of the captured area.
-struct EditParams {
+struct EditParams {  // NOLINT(clang-analyzer-optin.performance.Padding): ordered by meaning
     int version = 1;
     TrimRange trim;
     AspectPreset aspect = AspectPreset::native;

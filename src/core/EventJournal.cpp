@@ -13,31 +13,11 @@
 namespace tessaloom {
 namespace {
 
-struct JournalHeader {
-    int version = 1;
-    std::uint64_t streamStartHostTime = 0;
-    CaptureRect captureRect;
-    double webcamStartOffset = 0;
-    double micStartOffset = 0;
-};
-
-template <typename Coder, RecordOf<JournalHeader> Record>
-void fields(Coder& coder, Record& header) {
-    coder.field("version", header.version);
-    coder.field("streamStartHostTime", header.streamStartHostTime);
-    coder.field("captureRect", header.captureRect);
-    coder.field("webcamStartOffset", header.webcamStartOffset);
-    coder.field("micStartOffset", header.micStartOffset);
-}
-
-EventLog emptyLog(const JournalHeader& header) {
-    return {header.version,
-            header.streamStartHostTime,
-            header.captureRect,
-            header.webcamStartOffset,
-            header.micStartOffset,
-            {},
-            {}};
+std::string headerLine(const EventLog& log) {
+    JsonDocument document;
+    JsonWriter writer(document, document.GetAllocator());
+    headerFields(writer, log);
+    return compactJson(document) + '\n';
 }
 
 template <typename Record>
@@ -50,12 +30,8 @@ void appendLine(std::string_view line, EventLog& log) {
     const auto document = parseJsonObject(line);
     if (!document) return;
     if (document->HasMember("captureRect")) {
-        JournalHeader header;
-        readJson(*document, header);
-        EventLog begun = emptyLog(header);
-        begun.cursorSamples = std::move(log.cursorSamples);
-        begun.events = std::move(log.events);
-        log = std::move(begun);
+        JsonReader reader(*document);
+        headerFields(reader, log);
     } else if (document->HasMember("type")) {
         appendReadable(*document, log.events);
     } else {
@@ -83,9 +59,7 @@ EventJournal EventJournal::create(const TakeBundle& bundle, const EventLog& head
     }
     file.truncate();
     EventJournal journal(path, std::move(file));
-    journal.write(encodeCompact(JournalHeader{header.version, header.streamStartHostTime, header.captureRect,
-                                              header.webcamStartOffset, header.micStartOffset}) +
-                  '\n');
+    journal.write(headerLine(header));
     return journal;
 }
 

@@ -9,11 +9,7 @@ namespace tessaloom {
 
 template <typename Coder, RecordOf<EventLog> Record>
 void fields(Coder& coder, Record& log) {
-    coder.field("version", log.version);
-    coder.field("streamStartHostTime", log.streamStartHostTime);
-    coder.field("captureRect", log.captureRect);
-    coder.field("webcamStartOffset", log.webcamStartOffset);
-    coder.field("micStartOffset", log.micStartOffset);
+    headerFields(coder, log);
     coder.field("cursorSamples", log.cursorSamples);
     coder.field("events", log.events);
 }

@@ -3,6 +3,7 @@
 
 #include "core/CaptureRect.h"
 #include "core/CursorSample.h"
+#include "core/EventLog.h"
 #include "core/InputEvent.h"
 #include "core/Json.h"
 #include "core/RelativePoint.h"
@@ -38,6 +39,16 @@ void fields(Coder& coder, Record& event) {
     coder.required("type", event.type);
     coder.field("location", event.location);
     coder.field("keyLabel", event.keyLabel);
+}
+
+/// All of a log but its lists.
+template <typename Coder, RecordOf<EventLog> Record>
+void headerFields(Coder& coder, Record& log) {
+    coder.field("version", log.version);
+    coder.field("streamStartHostTime", log.streamStartHostTime);
+    coder.field("captureRect", log.captureRect);
+    coder.field("webcamStartOffset", log.webcamStartOffset);
+    coder.field("micStartOffset", log.micStartOffset);
 }
 
 }  // namespace tessaloom

@@ -37,7 +37,7 @@ TakeBundle TakeBundle::create(const std::filesystem::path& url) {
         if (!error) error = std::make_error_code(std::errc::file_exists);
         throw std::system_error(error, "Can't create the recording folder \"" + url.string() + "\"");
     }
-    const TakeBundle bundle{url};
+    TakeBundle bundle{url};
     bundle.write(EditParams{});
     bundle.write(EventLog{});
     return bundle;

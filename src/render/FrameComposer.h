@@ -23,7 +23,7 @@ namespace tessaloom {
 /// The one place that decides what a moment of the recording looks like on a canvas. A plain value; pure, so
 /// preview and export agree, and callable from any thread. Lengths that the user sets are points of the
 /// captured area, so that a look scales with the canvas and the zoom.
-struct FrameComposer {
+struct FrameComposer {  // NOLINT(clang-analyzer-optin.performance.Padding): ordered by meaning
     /// What one frame shows. The chips' texts are views into the composer that made it, which must outlive it
     /// unchanged. Two equal frames of one composer look the same if their source pictures do.
     struct Frame {

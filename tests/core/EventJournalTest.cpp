@@ -93,6 +93,17 @@ TEST(EventJournal, OutlivesItsRecordersSuddenDeath) {
     EXPECT_EQ(recoverJournal(bundle), expected());
 }
 
+TEST(EventJournal, ABatchTornByAFullDiskCostsNoneOfTheNext) {
+    const test::TemporaryFolder folder;
+    const TakeBundle bundle{folder.path()};
+    {
+        EventJournal journal = EventJournal::create(bundle, header());
+        std::ofstream(bundle.file("events.journal"), std::ios::app) << "{\"pts\":0.25,\"x";
+        journal.append(samples, events);
+    }
+    EXPECT_EQ(recoverJournal(bundle), expected());
+}
+
 TEST(EventJournal, AnyPrefixGivesItsWholeLines) {
     const test::TemporaryFolder folder;
     const TakeBundle bundle{folder.path()};

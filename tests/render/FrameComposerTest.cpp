@@ -245,6 +245,13 @@ TEST(FrameComposer, AClickWakesARestingPointer) {
     EXPECT_FALSE(composer.composeFrame(14.896, width, height).cursor) << "0.008 is too faint to draw";
 }
 
+TEST(FrameComposer, AClickLongAgoDoesNotHideAMovingPointer) {
+    FrameComposer composer = restingFrom10();
+    const std::vector<InputEvent> events{click(1, 0.5, 0.5)};
+    composer.clicks = ClickEffects(events);
+    EXPECT_EQ(composer.composeFrame(10.1, width, height).cursor.value().meta.w, 1);
+}
+
 TEST(FrameComposer, RipplesRunWhereTheClicksWere) {
     FrameComposer composer = zoomedTo({0.5, 0.25, 0.5, 0.5});
     composer.cornerRadius = 10;
