@@ -70,7 +70,7 @@ BgraImage documentPage(int pageHeight) {
             const bool gap = hash(static_cast<std::uint32_t>(x / 60 * 7919 + y / 24)) % 5 == 0;
             const bool ink = hash(static_cast<std::uint32_t>(x / 2 * 104729 + y / 2)) % 3 == 0;
             const std::uint8_t shade = !margin && !gap && ink ? 40 : 250;
-            std::uint8_t* pixel = page.row(y) + 4 * x;
+            std::uint8_t* pixel = page.row(y) + std::ptrdiff_t{4} * x;
             pixel[0] = pixel[1] = pixel[2] = shade;
             pixel[3] = 255;
         }
@@ -101,11 +101,13 @@ TakeBundle makeTake(const fs::path& folder, double seconds, double rate) {
     recordScreen(bundle.file(TakeBundle::screenFile), seconds, rate);
     EventLog log;
     log.captureRect = {.x = 0, .y = 0, .width = width, .height = height, .displayScaleFactor = 1};
-    for (double t = 0; t < seconds; t += 1 / 60.0)
+    for (int n = 0; n < seconds * 60; ++n) {
+        const double t = n / 60.0;
         log.cursorSamples.push_back(
             {.pts = t, .x = 0.5 + 0.3 * std::sin(t), .y = 0.5 + 0.3 * std::cos(1.3 * t)});
-    for (double t = 1; t < seconds; t += 4)
-        log.events.push_back({.pts = t,
+    }
+    for (int second = 1; second < seconds; second += 4)
+        log.events.push_back({.pts = static_cast<double>(second),
                               .type = InputEvent::EventType::leftClick,
                               .location = RelativePoint{0.3, 0.4},
                               .keyLabel = {}});
@@ -130,7 +132,9 @@ void plainTranscode(const fs::path& movie, const fs::path& destination) {
     const std::string command = "ffmpeg -v error -y -i '" + movie.string() + "' -r 60 " +
                                 H264Settings::exported(width, height, bitRate).commandLine() +
                                 " -movflags faststart '" + destination.string() + "'";
-    if (std::system(command.c_str()) != 0) throw std::runtime_error("ffmpeg failed");
+    // The only other threads are the exporter's, which have ended.
+    if (std::system(command.c_str()) != 0)  // NOLINT(concurrency-mt-unsafe)
+        throw std::runtime_error("ffmpeg failed");
 }
 
 void compare(double seconds, double rate) {

@@ -39,7 +39,7 @@ class PlainRenderer final : public Renderer {
         const std::uint8_t* pixel = sources.recording.pixels.row(0);
         for (int y = 0; y < target.height(); ++y)
             for (int x = 0; x < target.width(); ++x)
-                std::copy_n(pixel, 4, target.row(y) + 4 * x);
+                std::copy_n(pixel, 4, target.row(y) + std::ptrdiff_t{4} * x);
     }
     void makeCursorTexture(CursorStyle style) override { style_ = style; }
     CursorStyle cursorStyle() const override { return style_; }
@@ -193,7 +193,7 @@ TEST_F(ExporterTest, ShowsTheRecordingFramedByItsBackground) {
     BgraImage image;
     MovieReader::open(destination_)->next()->toBgra(image);
     const auto expectColor = [&image](int x, int y, test::Bgr expected) {
-        const std::uint8_t* pixel = image.row(y) + 4 * x;
+        const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
         EXPECT_NEAR(pixel[0], expected.blue, 8) << x << "," << y;
         EXPECT_NEAR(pixel[1], expected.green, 8) << x << "," << y;
         EXPECT_NEAR(pixel[2], expected.red, 8) << x << "," << y;
