@@ -15,6 +15,7 @@
 
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
+#include "render/CpuRenderer.h"
 #include "support/MovieMaker.h"
 #include "support/MovieProbe.h"
 #include "support/TemporaryFolder.h"
@@ -38,7 +39,7 @@ class PlainRenderer final : public Renderer {
         const std::uint8_t* pixel = sources.recording.pixels.row(0);
         for (int y = 0; y < target.height(); ++y)
             for (int x = 0; x < target.width(); ++x)
-                std::copy_n(pixel, 4, target.row(y) + 4 * x);
+                std::copy_n(pixel, 4, target.row(y) + std::ptrdiff_t{4} * x);
     }
     void makeCursorTexture(CursorStyle style) override { style_ = style; }
     CursorStyle cursorStyle() const override { return style_; }
@@ -174,6 +175,31 @@ TEST_F(ExporterTest, TheMovieStartsLaterWhereTheRecordingDoes) {
     const auto times = test::probeMovie(destination_).times();
     ASSERT_EQ(times.size(), 30U);
     EXPECT_NEAR(times.front(), 0.5, 1e-9);
+}
+
+TEST_F(ExporterTest, ShowsTheRecordingFramedByItsBackground) {
+    EditParams edit;
+    edit.background.primary = "#C82828";
+    edit.padding = 20;
+    bundle_.write(edit);
+    EventLog log;
+    log.captureRect = {.x = 0, .y = 0, .width = width, .height = height, .displayScaleFactor = 1};
+    bundle_.write(log);
+    record(std::vector<test::PlainPicture>{{0, test::pureGreen}});
+    Exporter exporter =
+        Exporter::prepare(bundle_, settings({{0, 0.5}}), [] { return std::make_unique<CpuRenderer>(); });
+    exporter.exportVideo(destination_, [](double) {}, {});
+
+    BgraImage image;
+    MovieReader::open(destination_)->next()->toBgra(image);
+    const auto expectColor = [&image](int x, int y, test::Bgr expected) {
+        const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
+        EXPECT_NEAR(pixel[0], expected.blue, 8) << x << "," << y;
+        EXPECT_NEAR(pixel[1], expected.green, 8) << x << "," << y;
+        EXPECT_NEAR(pixel[2], expected.red, 8) << x << "," << y;
+    };
+    expectColor(2, 2, {0x28, 0x28, 0xC8});
+    expectColor(width / 2, height / 2, test::pureGreen);
 }
 
 TEST_F(ExporterTest, WithoutSegmentsOneFrameIsWritten) {

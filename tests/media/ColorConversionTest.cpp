@@ -62,7 +62,7 @@ TEST_P(ColorConversionOfAnyWidth, IsTheNearestStepToTheDefinition) {
     const double tolerance = 0.51;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const std::uint8_t* pixel = source.row(y) + 4 * x;
+            const std::uint8_t* pixel = source.row(y) + std::ptrdiff_t{4} * x;
             ASSERT_NEAR(sampleAt(target, 0, x, y), reference(pixel[0], pixel[1], pixel[2]).luma, tolerance);
         }
     }
@@ -131,7 +131,7 @@ TEST(ColorConversion, PutsAPackedPictureInItsPlace) {
     bgraToYuv(source.view(), expected, {20, 6, 24, 12});
     BgraImage packed(24, 12);
     for (int y = 0; y < 12; ++y)
-        std::copy_n(source.row(y + 6) + 4 * 20, 4 * 24, packed.row(y));
+        std::copy_n(source.row(y + 6) + 80, 96, packed.row(y));
     YuvImage target(64, 32);
     bgraToYuv(packed.view(), target, 20, 6);
 

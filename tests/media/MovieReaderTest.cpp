@@ -25,7 +25,7 @@ void expectColor(const DecodedFrame& frame, Bgr expected) {
     ASSERT_EQ(image.width(), frame.width());
     ASSERT_EQ(image.height(), frame.height());
     for (const auto& [x, y] : {std::pair(0, 0), std::pair(image.width() - 1, image.height() - 1)}) {
-        const std::uint8_t* pixel = image.row(y) + 4 * x;
+        const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
         EXPECT_NEAR(pixel[0], expected.blue, 4);
         EXPECT_NEAR(pixel[1], expected.green, 4);
         EXPECT_NEAR(pixel[2], expected.red, 4);

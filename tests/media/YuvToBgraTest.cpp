@@ -34,13 +34,13 @@ struct Planes {
     Planes(int width, int height) : stride(width + 5) {
         std::mt19937 generator(11);
         for (auto& plane : bytes) {
-            plane.resize(static_cast<std::size_t>(stride * height));
+            plane.resize(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
             for (auto& byte : plane)
                 byte = static_cast<std::uint8_t>(generator());
         }
     }
     double at(int plane, int x, int y) const {
-        return bytes[static_cast<std::size_t>(plane)][static_cast<std::size_t>(y * stride + x)];
+        return bytes[static_cast<std::size_t>(plane)].data()[std::ptrdiff_t{y} * stride + x];
     }
 
     int stride;
@@ -70,7 +70,7 @@ TEST_P(YuvToBgraOfAnyKind, IsTheNearestStepToTheDefinition) {
             const int row = half.second ? y / 2 : y;
             const Channels expected =
                 reference(encoding, planes.at(0, x, y), planes.at(1, column, row), planes.at(2, column, row));
-            const std::uint8_t* pixel = target.row(y) + 4 * x;
+            const std::uint8_t* pixel = target.row(y) + std::ptrdiff_t{4} * x;
             for (std::size_t channel = 0; channel < 3; ++channel)
                 ASSERT_NEAR(pixel[channel], expected[channel], 0.6) << x << "," << y << ":" << channel;
             ASSERT_EQ(pixel[3], 255);

@@ -25,7 +25,7 @@ BgraImage plainImage(int width, int height, Bgr color) {
     BgraImage image(width, height);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            std::uint8_t* pixel = image.row(y) + 4 * x;
+            std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
             pixel[0] = color.blue;
             pixel[1] = color.green;
             pixel[2] = color.red;
@@ -43,6 +43,7 @@ YuvImage plainYuv(int width, int height, Bgr color) {
 
 std::vector<PlainPicture> plainPictures(int count, double rate, Bgr color) {
     std::vector<PlainPicture> pictures;
+    pictures.reserve(static_cast<std::size_t>(count));
     for (int n = 0; n < count; ++n)
         pictures.push_back({n / rate, color});
     return pictures;
@@ -65,7 +66,7 @@ void writeRecordedMovie(const std::filesystem::path& path, int width, int height
 
 void writeSoundFile(const std::filesystem::path& path) {
     constexpr std::uint32_t rate = 8000;
-    const std::string samples(rate / 10 * 2, '\0');
+    const std::string samples(1600, '\0');
     const auto size = static_cast<std::uint32_t>(samples.size());
     std::ofstream file(path, std::ios::binary);
     file << "RIFF" << littleEndian(36 + size, 4) << "WAVEfmt " << littleEndian(16, 4) << littleEndian(1, 2)
