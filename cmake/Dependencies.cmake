@@ -14,8 +14,3 @@ pkg_check_modules(xcursor REQUIRED IMPORTED_TARGET xcursor)
 pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb xcb-shm xcb-xfixes xcb-damage xcb-composite xcb-randr
                   xcb-xinput xcb-xkb xcb-xtest xkbcommon xkbcommon-x11)
 
-find_path(LIBYUV_INCLUDE libyuv.h REQUIRED)
-find_library(LIBYUV_LIBRARY yuv REQUIRED)
-add_library(libyuv INTERFACE IMPORTED)
-target_include_directories(libyuv SYSTEM INTERFACE ${LIBYUV_INCLUDE})
-target_link_libraries(libyuv INTERFACE ${LIBYUV_LIBRARY})
