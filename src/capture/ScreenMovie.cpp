@@ -39,8 +39,10 @@ void ScreenMovie::finish(double endTime) {
 }
 
 void ScreenMovie::encode(double time) {
+    const bool isFirst = lastTime_ < 0;
     writer_->appendVideo(picture_, time, frameDuration);
     lastTime_ = time;
+    if (isFirst) writer_->flush();  // from here on the file can be played, whatever happens
 }
 
 void ScreenMovie::flushRegularly(const std::stop_token& stop) {
