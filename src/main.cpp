@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QGuiApplication>
+#include <csignal>
 
 #include "base/Log.h"
 #include "platform/x11/X11CapturePlatform.h"
@@ -9,6 +10,8 @@
 /// Above everything: picks what fills each role on this machine and hands it down.
 int main(int argumentCount, char** argumentValues) {
     using namespace tessaloom;
+    // A display server that dies while it is written to must not take the recording with it.
+    std::signal(SIGPIPE, SIG_IGN);
     // The commands draw text but open no window; without this they would need a display to export.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argumentCount, argumentValues);

@@ -13,6 +13,7 @@ namespace {
 /// Half of what may be lost, so that a late flush still keeps the promise.
 constexpr std::chrono::milliseconds flushInterval{500};
 constexpr double frameDuration = 1.0 / 60.0;
+constexpr double shortestStep = 0.001;
 
 }  // namespace
 
@@ -34,7 +35,8 @@ void ScreenMovie::finish(double endTime) {
     flusher_.request_stop();
     const std::lock_guard guard(lock_);
     const double lastFrame = endTime - frameDuration;
-    if (lastFrame > lastTime_) encode(lastFrame);
+    // Two frames must not fall on one tick of the movie's clock.
+    if (lastFrame > lastTime_ + shortestStep) encode(lastFrame);
     writer_->finish();
 }
 
