@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QTemporaryDir>
+#include <csignal>
 #include <memory>
 
 #include "base/Log.h"
@@ -26,6 +27,8 @@ std::unique_ptr<QTemporaryDir> runtimeFolderIfMissing() {
 int main(int argumentCount, char** argumentValues) {
     using namespace tessaloom;
     const auto runtimeFolder = runtimeFolderIfMissing();
+    // A display server that dies while it is written to must not take the recording with it.
+    std::signal(SIGPIPE, SIG_IGN);
     // The commands draw text but open no window; without this they would need a display to export.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argumentCount, argumentValues);

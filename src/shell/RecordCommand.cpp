@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <iostream>
 
 #include "base/BoundedWait.h"
@@ -107,11 +108,24 @@ class RecordRun {
     RecordingController controller_;
 };
 
+/// Carries a failure past QCoro::waitFor, which would wait for ever when a coroutine ends with one.
+QCoro::Task<> runCatching(RecordRun& run, ExitStatus& status, std::exception_ptr& failure) {
+    try {
+        status = co_await run.run();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+}
+
 }  // namespace
 
 ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform) {
     RecordRun run(RecordArguments::parse(words), platform);
-    return QCoro::waitFor(run.run());
+    auto status = ExitStatus::failed;
+    std::exception_ptr failure;
+    QCoro::waitFor(runCatching(run, status, failure));
+    if (failure) std::rethrow_exception(failure);
+    return status;
 }
 
 }  // namespace tessaloom

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "capture/InputSources.h"
@@ -39,7 +40,7 @@ class X11InputSource final : public InputEventSource {
 
     std::unique_ptr<X11Connection> connection_;
     std::uint8_t inputExtension_ = 0;
-    X11Keyboard keyboard_;
+    std::optional<X11Keyboard> keyboard_;  ///< from the start on
     X11KeyRepeat repeat_;
     std::array<std::uint8_t, 256> logicalButton_{};  ///< by physical number; left-handed users swap them
     Handler handler_;
