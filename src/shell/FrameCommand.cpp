@@ -2,7 +2,6 @@
 #include "shell/FrameCommand.h"
 
 #include <QImage>
-#include <QRegularExpression>
 #include <iostream>
 
 #include "export/ExportStaging.h"
@@ -11,11 +10,11 @@
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
 #include "shell/OutputFile.h"
+#include "shell/SizeArgument.h"
 
 namespace tessaloom {
 namespace {
 
-constexpr int largestSide = 16384;
 /// Long enough to hold the picture in force at the time asked for, short enough to read little more.
 constexpr double readAheadSeconds = 1.0 / 60.0;
 
@@ -25,16 +24,6 @@ struct FrameArguments {
     std::optional<CanvasSize> size;
     std::filesystem::path destination;
 };
-
-CanvasSize parseSize(const QString& text) {
-    static const QRegularExpression pattern(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
-    const auto match = pattern.match(text);
-    const CanvasSize size{match.captured(1).toInt(), match.captured(2).toInt()};
-    if (size.width < 1 || size.height < 1 || size.width > largestSide || size.height > largestSide) {
-        throw UsageError("--size takes WIDTHxHEIGHT in pixels, 1 to 16384 each.");
-    }
-    return size;
-}
 
 FrameArguments parse(const QStringList& words) {
     const Arguments arguments(words, {{"at", "SECONDS", {}}, {"size", "WxH", {}}, {"output", "FILE", "o"}},
