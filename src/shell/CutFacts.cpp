@@ -8,10 +8,11 @@ namespace {
 
 /// A list of [start, end].
 std::vector<std::vector<double>> pairs(const std::vector<TimeSegment>& ranges) {
-    std::vector<std::vector<double>> pairs;
+    std::vector<std::vector<double>> result;
+    result.reserve(ranges.size());
     for (const TimeSegment& range : ranges)
-        pairs.push_back({range.start, range.end});
-    return pairs;
+        result.push_back({range.start, range.end});
+    return result;
 }
 
 double totalLength(const std::vector<TimeSegment>& ranges) {

@@ -110,6 +110,7 @@ void fields(JsonWriter& writer, const FrameFacts& facts) {
 
 std::string frameFacts(const FrameComposer& composer, const std::vector<double>& times, CanvasSize canvas) {
     std::vector<FrameFacts> facts;
+    facts.reserve(times.size());
     for (const double time : times) {
         facts.push_back({time, canvas, composer.cursorImageSize, composer.cursorHotspot,
                          composer.composeFrame(time, canvas.width, canvas.height)});

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "core/EventJournal.h"
 #include "core/Json.h"
 #include "core/TakeBundle.h"
 #include "render/CursorImage.h"
@@ -213,6 +214,16 @@ TEST_F(InspectCommand, CameraAndCaptionAreTold) {
         R"("uppercase":false,"verticalPosition":1})");
 }
 
+TEST_F(InspectCommand, ANumberThatIsNotFiniteIsNullAndKeepsItsPlace) {
+    bundle_.write(restingLog());
+    EditParams edit = plainEdit();
+    edit.cursorScale = 1e300;
+    bundle_.write(edit);
+    const JsonDocument frame = onlyObject(facts({"frame", "a", "--at", "1", "--size", "1000x500"}));
+    EXPECT_EQ(at(frame, "cursor"),
+              R"({"content":[0,0,1000,500],"meta":[1000,500,0,1],"rect":[null,null,null,null]})");
+}
+
 TEST_F(InspectCommand, EachTimeHasItsObjectInTheOrderAskedFor) {
     bundle_.write(restingLog());
     const std::string text =
@@ -249,6 +260,16 @@ TEST_F(InspectCommand, ARecordThatIsNotAskedForIsNotMissed) {
     EXPECT_EQ(edit.status, 0);
     EXPECT_EQ(edit.output, encode(EditParams{}) + "\n");
     EXPECT_EQ(std::ranges::count(edit.errors, '\n'), 1);
+}
+
+TEST_F(InspectCommand, ATakeWhoseRecorderDiedIsCompletedFirst) {
+    const EventLog log = restingLog();
+    {
+        auto journal = EventJournal::create(bundle_, log);
+        journal.append(log.cursorSamples, log.events);
+    }
+    EXPECT_EQ(facts({"log", "a"}), encode(log) + "\n");
+    EXPECT_EQ(decodeEditParams(facts({"edit", "a"})).zoomKeyframes.size(), 1U);
 }
 
 TEST_F(InspectCommand, AFolderWithoutARecordingsFilesFails) {
