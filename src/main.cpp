@@ -31,8 +31,8 @@ int main(int argumentCount, char** argumentValues) {
     std::signal(SIGPIPE, SIG_IGN);
     // The commands draw text but open no window; without this they would need a display to export.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argumentCount, argumentValues);
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
+    const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
     const CommandServices services{capture, [] { return std::make_unique<CpuRenderer>(); }};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));

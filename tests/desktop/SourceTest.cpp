@@ -132,6 +132,7 @@ TEST_F(WindowSource, KeepsItsFirstSizeWhenResized) {
     DesktopRecording recording(desktop_, {"--window", "Greenhouse"});
     std::this_thread::sleep_for(200ms);
     window_->moveResize({60, 60, 150, 100});
+    std::this_thread::sleep_for(300ms);  // the window manager does it in its own time
     window_->fill({0, 0, 150, 100}, green);
     std::this_thread::sleep_for(400ms);
     const TakeBundle bundle = recording.stop();
@@ -146,6 +147,7 @@ TEST_F(WindowSource, GrownBeyondItsFirstSizeShowsItsTopLeftPart) {
     DesktopRecording recording(desktop_, {"--window", "Greenhouse"});
     std::this_thread::sleep_for(200ms);
     window_->moveResize({60, 60, 500, 400});
+    std::this_thread::sleep_for(300ms);  // the window manager does it in its own time
     window_->fill({0, 0, 500, 400}, 0x3060F0);
     std::this_thread::sleep_for(400ms);
     const TakeBundle bundle = recording.stop();

@@ -113,13 +113,15 @@ void X11InputSource::handleRaw(const xcb_input_raw_button_press_event_t& event, 
     const auto key = static_cast<xcb_keycode_t>(event.detail);
     if (type == XCB_INPUT_RAW_BUTTON_PRESS) handleButton(event.detail, hostTime);
     if (type == XCB_INPUT_RAW_KEY_RELEASE) repeat_.release(key);
-    if (type == XCB_INPUT_RAW_KEY_PRESS && !keyboard_->isModifier(key)) {
-        handleKey(key, hostTime);
-        if (keyboard_->repeats(key)) {
-            repeat_.press(key, hostTime, secondsOf(keyboard_->repeatDelay()),
-                          secondsOf(keyboard_->repeatInterval()));
-        }
-    }
+    if (type == XCB_INPUT_RAW_KEY_PRESS) handleKeyPress(key, hostTime);
+}
+
+void X11InputSource::handleKeyPress(xcb_keycode_t key, double hostTime) {
+    keyboard_->refresh();
+    if (keyboard_->isModifier(key)) return;
+    reportKey(key, hostTime);
+    if (!keyboard_->repeats(key)) return;
+    repeat_.press(key, hostTime, secondsOf(keyboard_->repeatDelay()), secondsOf(keyboard_->repeatInterval()));
 }
 
 void X11InputSource::handleButton(std::uint32_t physicalButton, double hostTime) {
@@ -131,13 +133,13 @@ void X11InputSource::handleButton(std::uint32_t physicalButton, double hostTime)
     }
 }
 
-void X11InputSource::handleKey(xcb_keycode_t key, double hostTime) {
-    handler_({hostTime, RawInput::Kind::key, keyboard_->keyName(key), keyboard_->modifiers()});
+void X11InputSource::reportKey(xcb_keycode_t key, double hostTime) {
+    handler_({hostTime, RawInput::Kind::key, keyboard_->keyName(key), keyboard_->modifiersFor(key)});
 }
 
 void X11InputSource::deliverRepeats() {
     while (const auto repeat = repeat_.takeDue(HostClock::seconds()))
-        handleKey(repeat->key, repeat->time);
+        reportKey(repeat->key, repeat->time);
 }
 
 }  // namespace tessaloom

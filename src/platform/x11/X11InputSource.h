@@ -35,7 +35,8 @@ class X11InputSource final : public InputEventSource {
     void handle(const xcb_generic_event_t& event);
     void handleRaw(const xcb_input_raw_button_press_event_t& event, std::uint16_t type);
     void handleButton(std::uint32_t physicalButton, double hostTime);
-    void handleKey(xcb_keycode_t key, double hostTime);
+    void handleKeyPress(xcb_keycode_t key, double hostTime);
+    void reportKey(xcb_keycode_t key, double hostTime);
     void deliverRepeats();
 
     std::unique_ptr<X11Connection> connection_;
