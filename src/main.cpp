@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QGuiApplication>
+#include <csignal>
 
 #include "base/Log.h"
 #include "platform/x11/X11CapturePlatform.h"
@@ -11,6 +12,8 @@ int main(int argumentCount, char** argumentValues) {
     using namespace tessaloom;
     // The commands draw text but open no window; without this they would need a display to export.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A file that grows past a limit is then an error like a full disk, which cleans up, instead of the end.
+    std::signal(SIGXFSZ, SIG_IGN);
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
