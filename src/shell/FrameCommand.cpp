@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FrameCommand.h"
 
+#include <QBuffer>
 #include <QImage>
 #include <QRegularExpression>
 #include <iostream>
 
-#include "export/ExportStaging.h"
+#include "core/AtomicFile.h"
 #include "export/HeldFrameReader.h"
 #include "export/TakeExport.h"
 #include "shell/Arguments.h"
@@ -72,14 +73,13 @@ BgraImage drawFrame(const OpenTake& take, const FrameArguments& arguments, Rende
     return target;
 }
 
+/// By way of memory, since Qt doesn't notice a file that the disk has no room for.
 void savePng(const BgraImage& image, const std::filesystem::path& destination) {
-    ExportStaging staging(destination);
     const QImage picture(image.row(0), image.width(), image.height(), image.stride(), QImage::Format_RGB32);
-    if (!picture.save(QString::fromStdString(staging.url().string()), "PNG")) {
-        throw CommandError("Couldn't write " + destination.string() +
-                           ". Check the folder and the free space.");
-    }
-    staging.commit();
+    QBuffer png;
+    png.open(QIODevice::WriteOnly);
+    if (!picture.save(&png, "PNG")) throw CommandError("The picture is too large. Choose a smaller --size.");
+    replaceFile(destination, png.data().toStdString());
 }
 
 }  // namespace
