@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <iostream>
 
 #include "base/BoundedWait.h"
@@ -49,7 +50,25 @@ class RecordRun {
                          });
     }
 
-    QCoro::Task<ExitStatus> run() {
+    /// Throws what ended the run.
+    ExitStatus run() {
+        const ExitStatus status = QCoro::waitFor(recordOrFail());
+        if (failure_) std::rethrow_exception(failure_);
+        return status;
+    }
+
+  private:
+    /// QCoro::waitFor never returns from a coroutine that throws, so a failure is kept for afterwards.
+    QCoro::Task<ExitStatus> recordOrFail() {
+        try {
+            co_return co_await record();
+        } catch (...) {
+            failure_ = std::current_exception();
+        }
+        co_return ExitStatus::failed;
+    }
+
+    QCoro::Task<ExitStatus> record() {
         const auto outcome =
             co_await controller_.start(arguments_.source, preferences(), cancel_.get_token());
         if (std::holds_alternative<RecordingController::Cancelled>(outcome))
@@ -65,7 +84,6 @@ class RecordRun {
         co_return ExitStatus::done;
     }
 
-  private:
     RecordingPreferences preferences() const {
         auto preferences = RecordingPreferences::stored(Defaults::standard());
         preferences.countdownSeconds = arguments_.countdownSeconds.value_or(preferences.countdownSeconds);
@@ -101,6 +119,7 @@ class RecordRun {
     std::stop_source cancel_;
     QPromise<void> end_;
     std::optional<std::string> endReason_;
+    std::exception_ptr failure_;
     InterruptSignals interrupts_;
     ProgressLine line_{"Recording"};
     TerminalPresenter presenter_;
@@ -111,7 +130,7 @@ class RecordRun {
 
 ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform) {
     RecordRun run(RecordArguments::parse(words), platform);
-    return QCoro::waitFor(run.run());
+    return run.run();
 }
 
 }  // namespace tessaloom
