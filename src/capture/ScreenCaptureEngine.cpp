@@ -160,7 +160,9 @@ const CaptureRect& ScreenCaptureEngine::captureRect() const {
 }
 
 QCoro::Task<> ScreenCaptureEngine::stop() {
-    const bool finished = co_await runBounded([recording = recording_] { recording->finish(); }, finishLimit);
+    // Has a name because GCC 12 destroys a closure twice that is made inside an awaited expression.
+    const std::function<void()> finish = [recording = recording_] { recording->finish(); };
+    const bool finished = co_await runBounded(finish, finishLimit);
     if (!finished) qCCritical(Log::screenCapture, "The recording's file was not finished in time");
 }
 
