@@ -6,6 +6,7 @@
 #include <QPromise>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace tessaloom {
 
@@ -21,11 +22,18 @@ QCoro::Task<bool> runBounded(std::function<void()> work, std::chrono::millisecon
     const auto promise = std::make_shared<QPromise<void>>();
     promise->start();
     const QFuture<void> future = promise->future();
-    std::thread([work = std::move(work), promise] {
-        work();
+    std::thread worker([work = std::move(work), promise]() mutable {
+        std::exchange(work, nullptr)();  // what it owned is gone before the waiter goes on
         promise->finish();
-    }).detach();
-    co_return co_await waitBounded(future, limit);
+    });
+    const bool finished = co_await waitBounded(future, limit);
+    // Only a thread that is left alone may still be on its way out when the program ends.
+    if (finished) {
+        worker.join();
+    } else {
+        worker.detach();
+    }
+    co_return finished;
 }
 
 }  // namespace tessaloom

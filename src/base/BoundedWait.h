@@ -13,6 +13,7 @@ QCoro::Task<bool> waitBounded(QFuture<void> future, std::chrono::milliseconds li
 
 /// Runs `work`, which must not throw, on a thread of its own and suspends until it is done, but not longer
 /// than `limit`. After a time-out (false) the thread goes on by itself, so `work` must own what it uses.
+/// Give `work` a name before awaiting: GCC 12 destroys a closure made inside an await expression twice.
 QCoro::Task<bool> runBounded(std::function<void()> work, std::chrono::milliseconds limit);
 
 }  // namespace tessaloom

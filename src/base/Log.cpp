@@ -14,7 +14,9 @@ Q_LOGGING_CATEGORY(renderer, "com.tessaloom.app.Renderer")
 void install(bool verbose) {
     qSetMessagePattern(QStringLiteral("%{if-category}%{category}: %{endif}%{message}"));
     QLoggingCategory::setFilterRules(verbose ? QStringLiteral("com.tessaloom.app.*.info=true")
-                                             : QStringLiteral("com.tessaloom.app.*.info=false"));
+                                             : QStringLiteral("com.tessaloom.app.*.info=false\n"
+                                                              "default.warning=false\n"
+                                                              "qt.*.warning=false"));
 }
 
 }  // namespace tessaloom::Log

@@ -12,7 +12,8 @@ Q_DECLARE_LOGGING_CATEGORY(eventTap)
 Q_DECLARE_LOGGING_CATEGORY(exporting)
 Q_DECLARE_LOGGING_CATEGORY(renderer)
 
-/// Milestones (info) are shown only when `verbose`; warnings and errors always are. Lines go to stderr.
+/// Milestones (info) and Qt's remarks on its surroundings are shown only when `verbose`; our warnings and
+/// errors always are. Lines go to stderr. Call it before the application object is made, which remarks too.
 void install(bool verbose);
 
 }  // namespace tessaloom::Log

@@ -19,6 +19,7 @@ void CursorSampler::start(double rate) {
 
 void CursorSampler::stop() {
     thread_.request_stop();
+    pointer_->stop();
     if (thread_.joinable()) thread_.join();
 }
 
@@ -32,12 +33,12 @@ void CursorSampler::run(const std::stop_token& stop, double interval) {
     const auto step =
         std::chrono::duration_cast<steady_clock::duration>(std::chrono::duration<double>(interval));
     auto next = steady_clock::now();
-    while (!stop.stop_requested()) {
+    do {
         sample();
         // After a stall sampling goes on from now, without making up for what was missed.
         next = std::max(next + step, steady_clock::now());
         std::this_thread::sleep_until(next);
-    }
+    } while (!stop.stop_requested());
 }
 
 void CursorSampler::sample() {

@@ -15,6 +15,8 @@ class PointerSource {
     virtual ~PointerSource() = default;
     /// Global points; nothing when the desktop doesn't say. Called from one thread at a time.
     virtual std::optional<Point> location() = 0;
+    /// A location() that waits for the desktop ends at once, and later ones answer nothing. Any thread.
+    virtual void stop() = 0;
 };
 
 /// The modifiers held at a key press, as the keyboard's layout resolves them. AltGr counts as none of them.

@@ -129,19 +129,22 @@ QCoro::Task<> RecordingController::stop() {
 }
 
 void RecordingController::storeLog(const EventLog& log) {
+    // The journal goes last: while it is there, the next opening makes up for what is missing.
+    bool complete = true;
     try {
         bundle_->write(log);
-        input_->discardJournal();
     } catch (const std::system_error& error) {
-        // The journal stays, and the next opening turns it into the log.
         qCCritical(Log::recording, "Failed to write events.json: %s", error.what());
+        complete = false;
     }
     std::size_t keyframes = 0;
     try {
         keyframes = storeGeneratedZooms(*bundle_, log);
     } catch (const std::system_error& error) {
         qCCritical(Log::recording, "Failed to write edit.json: %s", error.what());
+        complete = false;
     }
+    if (complete) input_->discardJournal();
     qCInfo(Log::recording, "Recording stopped: %zu cursor samples, %zu events, %zu zoom keyframes",
            log.cursorSamples.size(), log.events.size(), keyframes);
 }

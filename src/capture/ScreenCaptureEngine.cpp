@@ -18,8 +18,12 @@ namespace {
 
 constexpr std::chrono::seconds finishLimit{20};
 
+/// Far below what can be seen, far above what dividing pixels by the scale and multiplying again loses.
+constexpr double roundingSlackPixels = 1e-6;
+
+/// The whole pixels, less an odd one.
 int evenPixels(double points, double scale) {
-    return static_cast<int>(points * scale) & ~1;
+    return static_cast<int>(points * scale + roundingSlackPixels) & ~1;
 }
 
 int nearestPixel(double points, double scale) {
@@ -160,9 +164,9 @@ const CaptureRect& ScreenCaptureEngine::captureRect() const {
 }
 
 QCoro::Task<> ScreenCaptureEngine::stop() {
-    // Has a name because GCC 12 destroys a closure twice that is made inside an awaited expression.
-    const std::function<void()> finish = [recording = recording_] { recording->finish(); };
-    const bool finished = co_await runBounded(finish, finishLimit);
+    // Named, because GCC 12 destroys a closure made inside an await expression twice.
+    std::function<void()> finish = [recording = recording_] { recording->finish(); };
+    const bool finished = co_await runBounded(std::move(finish), finishLimit);
     if (!finished) qCCritical(Log::screenCapture, "The recording's file was not finished in time");
 }
 

@@ -13,6 +13,7 @@ namespace {
 /// Half of what may be lost, so that a late flush still keeps the promise.
 constexpr std::chrono::milliseconds flushInterval{500};
 constexpr double frameDuration = 1.0 / 60.0;
+constexpr double shortestStep = 0.001;
 
 }  // namespace
 
@@ -34,13 +35,16 @@ void ScreenMovie::finish(double endTime) {
     flusher_.request_stop();
     const std::lock_guard guard(lock_);
     const double lastFrame = endTime - frameDuration;
-    if (lastFrame > lastTime_) encode(lastFrame);
+    // Two frames must not fall on one tick of the movie's clock.
+    if (lastFrame > lastTime_ + shortestStep) encode(lastFrame);
     writer_->finish();
 }
 
 void ScreenMovie::encode(double time) {
+    const bool isFirst = lastTime_ < 0;
     writer_->appendVideo(picture_, time, frameDuration);
     lastTime_ = time;
+    if (isFirst) writer_->flush();  // from here on the file can be played, whatever happens
 }
 
 void ScreenMovie::flushRegularly(const std::stop_token& stop) {

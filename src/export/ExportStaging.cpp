@@ -42,8 +42,7 @@ void ExportStaging::commit() {
         std::filesystem::rename(url_, destination_, error);
         discard();
     }
-    if (error)
-        throw std::filesystem::filesystem_error("The export can't be put in place", destination_, error);
+    if (error) throw std::system_error(error, "\"" + destination_.string() + "\" can't be replaced");
 }
 
 void ExportStaging::discard() noexcept {

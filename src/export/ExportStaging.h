@@ -22,7 +22,7 @@ class ExportStaging {
     /// Where to write.
     const std::filesystem::path& url() const { return url_; }
 
-    /// Throws std::filesystem::filesystem_error; then, too, nothing is left beside the destination.
+    /// Throws std::system_error; then, too, nothing is left beside the destination.
     void commit();
 
     /// Gives up what was written. Does nothing after a commit.

@@ -65,7 +65,7 @@ class Exporter {
 
     /// Writes an MP4 at 60 frames a second and returns when it is in place. Replaces an existing file, and
     /// only by a complete one. Throws Failure, ExportCancelled once `stop` is requested, MediaError or
-    /// std::filesystem::filesystem_error with the system's reason; then nothing is left behind.
+    /// std::system_error with the system's reason; then nothing is left behind.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
 

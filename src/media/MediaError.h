@@ -12,10 +12,16 @@ class MediaError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// A media file that is sound but holds no pictures.
-class NoVideoTrack : public MediaError {
+/// A movie that is missing or damaged, or whose encoding is unknown.
+class UnreadableMovie : public MediaError {
   public:
     using MediaError::MediaError;
+};
+
+/// A media file that is sound but holds no pictures.
+class NoVideoTrack : public UnreadableMovie {
+  public:
+    using UnreadableMovie::UnreadableMovie;
 };
 
 }  // namespace tessaloom

@@ -15,14 +15,20 @@ struct InputClose {
 };
 using InputHandle = std::unique_ptr<AVFormatContext, InputClose>;
 
+/// Throws UnreadableMovie when `code`, a libav return value, is an error.
+void requireReadable(int code, const char* file) {
+    if (code >= 0) return;
+    const auto name = std::filesystem::path(file).filename().string();
+    throw UnreadableMovie("\"" + name + "\" can't be read: " + libavReason(code) + ".");
+}
+
 InputHandle openInput(const std::filesystem::path& path) {
     quietLibav();
-    const std::string problem = "\"" + path.filename().string() + "\" can't be read";
     AVFormatContext* input = nullptr;
-    requireLibav(avformat_open_input(&input, path.c_str(), nullptr, nullptr), problem);
+    requireReadable(avformat_open_input(&input, path.c_str(), nullptr, nullptr), path.c_str());
     InputHandle handle(input);
     input->flags |= AVFMT_FLAG_DISCARD_CORRUPT;
-    requireLibav(avformat_find_stream_info(input, nullptr), problem);
+    requireReadable(avformat_find_stream_info(input, nullptr), path.c_str());
     return handle;
 }
 
@@ -38,18 +44,21 @@ AVStream& videoTrack(AVFormatContext& input) {
             stream->discard = AVDISCARD_ALL;
         }
     }
-    if (video == nullptr) throw NoVideoTrack("The file has no video track.");
+    if (video == nullptr) {
+        const auto name = std::filesystem::path(input.url).filename().string();
+        throw NoVideoTrack("\"" + name + "\" has no video track.");
+    }
     return *video;
 }
 
-LibavHandle<AVCodecContext> openDecoder(const AVStream& stream) {
+LibavHandle<AVCodecContext> openDecoder(const AVStream& stream, const char* file) {
     const AVCodec* decoder = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (decoder == nullptr) throw MediaError("The video's encoding is unknown here.");
+    if (decoder == nullptr) requireReadable(AVERROR_DECODER_NOT_FOUND, file);
     LibavHandle<AVCodecContext> context(avcodec_alloc_context3(decoder));
-    requireLibav(avcodec_parameters_to_context(context.get(), stream.codecpar), "The video can't be decoded");
+    requireReadable(avcodec_parameters_to_context(context.get(), stream.codecpar), file);
     context->thread_count = 0;
     context->pkt_timebase = stream.time_base;
-    requireLibav(avcodec_open2(context.get(), decoder, nullptr), "The video can't be decoded");
+    requireReadable(avcodec_open2(context.get(), decoder, nullptr), file);
     return context;
 }
 
@@ -67,16 +76,29 @@ struct MovieReader::Source {
     double end = std::numeric_limits<double>::infinity();
 };
 
+/// Goes to the key frame that is shown at or before `time`. A file that can't seek stays at its beginning.
+void MovieReader::seekKeyFrame(Source& source, double time) {
+    const int track = source.stream.index;
+    const auto start = static_cast<std::int64_t>(std::floor(time / av_q2d(source.stream.time_base)));
+    if (av_seek_frame(source.input.get(), track, start, AVSEEK_FLAG_BACKWARD) < 0) return;
+    // Seeking goes by the times of decoding. Where pictures are stored out of order they are shown later.
+    std::int64_t delay = 0;
+    if (av_read_frame(source.input.get(), source.packet.get()) >= 0) {
+        delay = std::max<std::int64_t>(source.packet->pts - source.packet->dts, 0);
+        av_packet_unref(source.packet.get());
+    }
+    av_seek_frame(source.input.get(), track, start - delay, AVSEEK_FLAG_BACKWARD);
+}
+
 std::unique_ptr<MovieReader> MovieReader::open(const std::filesystem::path& path,
                                                std::optional<TimeRange> range) {
     InputHandle input = openInput(path);
     AVStream& stream = videoTrack(*input);
-    auto source = std::make_unique<Source>(Source{std::move(input), stream, openDecoder(stream)});
+    auto source =
+        std::make_unique<Source>(Source{std::move(input), stream, openDecoder(stream, path.c_str())});
     if (range) {
         source->end = range->end;
-        const auto start = static_cast<std::int64_t>(std::floor(range->start / av_q2d(stream.time_base)));
-        // A file that can't seek is read from its beginning.
-        av_seek_frame(source->input.get(), stream.index, start, AVSEEK_FLAG_BACKWARD);
+        seekKeyFrame(*source, range->start);
     }
     return std::unique_ptr<MovieReader>(new MovieReader(std::move(source)));
 }

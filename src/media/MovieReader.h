@@ -21,7 +21,7 @@ class MovieReader {
 
     /// With a range, reading begins at the key frame at or before its start, so that the picture in force
     /// there is among the first, and ends with the last picture before its end. Throws NoVideoTrack, and
-    /// MediaError with the system's reason when the file can't be opened.
+    /// UnreadableMovie with the system's reason when the file can't be opened.
     static std::unique_ptr<MovieReader> open(const std::filesystem::path& path,
                                              std::optional<TimeRange> range = std::nullopt);
     ~MovieReader();
@@ -40,6 +40,7 @@ class MovieReader {
     struct Source;
 
     explicit MovieReader(std::unique_ptr<Source> source);
+    static void seekKeyFrame(Source& source, double time);
     bool decodeMore();
 
     std::unique_ptr<Source> source_;

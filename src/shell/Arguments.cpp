@@ -14,8 +14,8 @@ namespace {
 
 }  // namespace
 
-Arguments::Arguments(const QStringList& words, const QList<OptionName>& options, int fewestWords,
-                     int mostWords) {
+Arguments::Arguments(const QStringList& words, const QList<OptionName>& options,
+                     const QStringList& wordNames) {
     for (const OptionName& option : options) {
         QStringList names{option.name};
         if (!option.alias.isEmpty()) names.append(option.alias);
@@ -23,11 +23,12 @@ Arguments::Arguments(const QStringList& words, const QList<OptionName>& options,
     }
     // The parser skips the first word, a program's name.
     if (!parser_.parse(QStringList{QString()} + words)) throw UsageError(parser_.errorText().toStdString());
-    const auto count = parser_.positionalArguments().size();
-    if (count < fewestWords) throw UsageError("Something is missing.");
-    if (count > mostWords) {
+    const QStringList given = this->words();
+    if (given.size() < wordNames.size())
+        throw UsageError(wordNames[given.size()].toStdString() + " is missing.");
+    if (given.size() > wordNames.size()) {
         throw UsageError(
-            QStringLiteral("Don't know what to do with \"%1\".").arg(this->words().last()).toStdString());
+            QStringLiteral("Don't know what to do with \"%1\".").arg(given[wordNames.size()]).toStdString());
     }
 }
 

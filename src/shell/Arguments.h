@@ -20,9 +20,9 @@ struct OptionName {
 /// A command's own arguments, read strictly: whatever isn't understood is a UsageError that names it.
 class Arguments {
   public:
-    /// Throws UsageError for an unknown option, a missing value, or a number of plain words outside the
-    /// bounds.
-    Arguments(const QStringList& words, const QList<OptionName>& options, int fewestWords, int mostWords);
+    /// `wordNames` says what each of the plain words is. Throws UsageError for an unknown option, a missing
+    /// value, and plain words that are missing or too many.
+    Arguments(const QStringList& words, const QList<OptionName>& options, const QStringList& wordNames);
 
     bool has(const QString& option) const { return parser_.isSet(option); }
     QStringList words() const { return parser_.positionalArguments(); }

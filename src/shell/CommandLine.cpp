@@ -5,7 +5,10 @@
 #include <array>
 #include <exception>
 #include <iostream>
+#include <system_error>
 
+#include "export/Exporter.h"
+#include "media/MediaError.h"
 #include "shell/ExportCommand.h"
 #include "shell/FrameCommand.h"
 #include "shell/ListCommands.h"
@@ -103,6 +106,16 @@ void printOverview(std::ostream& out) {
            "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
 }
 
+/// What the user can do about a problem whose own words don't say it.
+const char* adviceFor(const std::exception& error) {
+    const bool recordingIsDamaged = dynamic_cast<const UnreadableMovie*>(&error) != nullptr ||
+                                    dynamic_cast<const Exporter::Failure*>(&error) != nullptr;
+    if (recordingIsDamaged) return " Restore it from a copy, or record again.";
+    const bool fileIsRefused = dynamic_cast<const MediaError*>(&error) != nullptr ||
+                               dynamic_cast<const std::system_error*>(&error) != nullptr;
+    return fileIsRefused ? " Check the folder and the free space." : "";
+}
+
 ExitStatus run(const Command& command, const QStringList& words, const CommandServices& services) {
     if (words.contains("--help") || words.contains("-h")) {
         std::cout << command.help;
@@ -114,7 +127,7 @@ ExitStatus run(const Command& command, const QStringList& words, const CommandSe
         std::cerr << "tessaloom: " << error.what() << " See \"tessaloom " << command.name << " --help\".\n";
         return ExitStatus::usage;
     } catch (const std::exception& error) {
-        std::cerr << "tessaloom: " << error.what() << '\n';
+        std::cerr << "tessaloom: " << error.what() << adviceFor(error) << '\n';
         return ExitStatus::failed;
     }
 }

@@ -57,7 +57,7 @@ ExportArguments ExportArguments::parse(const QStringList& words) {
                                {"resolution", "R", {}},
                                {"shape", "S", {}},
                                {"quality", "Q", {}}},
-                              1, 1);
+                              {"RECORDING"});
     ExportArguments parsed{.bundle = arguments.words().first(), .destination = {}, .choices = {}};
     if (const auto format = arguments.text("format"); format && *format != "mp4") {
         throw UsageError("--format is mp4.");

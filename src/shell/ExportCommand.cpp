@@ -6,12 +6,14 @@
 #include <atomic>
 #include <exception>
 #include <iostream>
+#include <stop_token>
 #include <thread>
 
 #include "export/TakeExport.h"
 #include "shell/BundleArgument.h"
 #include "shell/ExportArguments.h"
 #include "shell/InterruptSignals.h"
+#include "shell/OutputFile.h"
 #include "shell/ProgressLine.h"
 
 namespace tessaloom {
@@ -26,13 +28,11 @@ std::filesystem::path defaultDestination(const TakeBundle& bundle) {
 }
 
 /// Runs the export on a thread of its own, so that this one can show progress and hear Ctrl-C.
-void runWithProgress(Exporter& exporter, const std::filesystem::path& destination) {
+void runWithProgress(Exporter& exporter, const std::filesystem::path& destination,
+                     const std::stop_token& stop) {
     std::atomic<double> fraction = 0;
     std::exception_ptr failure;
     QEventLoop loop;
-    std::stop_source stop;
-    // Before the worker starts, so that it doesn't take the signals itself.
-    const InterruptSignals interrupts([&stop] { stop.request_stop(); });
     ProgressLine line("Exporting");
     QTimer redraw;
     QObject::connect(&redraw, &QTimer::timeout, &loop, [&] { line.show(fraction); });
@@ -40,7 +40,7 @@ void runWithProgress(Exporter& exporter, const std::filesystem::path& destinatio
     const std::jthread worker([&] {
         try {
             exporter.exportVideo(
-                destination, [&](double done) { fraction = done; }, stop.get_token());
+                destination, [&](double done) { fraction = done; }, stop);
         } catch (...) {
             failure = std::current_exception();
         }
@@ -54,13 +54,15 @@ void runWithProgress(Exporter& exporter, const std::filesystem::path& destinatio
 
 ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer) {
     const auto arguments = ExportArguments::parse(words);
+    std::stop_source stop;
+    // Before the renderer starts its threads, one of which would take a signal that it doesn't block.
+    const InterruptSignals interrupts([&stop] { stop.request_stop(); });
     const OpenTake take = openTake(findBundle(arguments.bundle));
-    const auto destination =
-        std::filesystem::absolute(arguments.destination.value_or(defaultDestination(take.bundle)));
+    const auto destination = outputFile(arguments.destination.value_or(defaultDestination(take.bundle)));
     const auto settings = exportSettings(take, arguments.choices, playableDuration(take));
     Exporter exporter = Exporter::prepare(take.bundle, settings, makeRenderer);
     try {
-        runWithProgress(exporter, destination);
+        runWithProgress(exporter, destination, stop.get_token());
     } catch (const ExportCancelled&) {
         return ExitStatus::interrupted;
     }

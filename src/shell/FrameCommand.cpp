@@ -11,6 +11,7 @@
 #include "render/SubpixelGrid.h"
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
+#include "shell/OutputFile.h"
 
 namespace tessaloom {
 namespace {
@@ -37,8 +38,8 @@ CanvasSize parseSize(const QString& text) {
 }
 
 FrameArguments parse(const QStringList& words) {
-    const Arguments arguments(words, {{"at", "SECONDS", {}}, {"size", "WxH", {}}, {"output", "FILE", "o"}}, 1,
-                              1);
+    const Arguments arguments(words, {{"at", "SECONDS", {}}, {"size", "WxH", {}}, {"output", "FILE", "o"}},
+                              {"RECORDING"});
     const auto time = arguments.number("at");
     const auto file = arguments.text("output");
     if (!time) throw UsageError("--at SECONDS is missing.");
@@ -88,10 +89,10 @@ void savePng(const BgraImage& image, const std::filesystem::path& destination) {
 ExitStatus runFrameCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer) {
     const auto arguments = parse(words);
     const OpenTake take = openTake(findBundle(arguments.bundle));
+    const auto destination = outputFile(arguments.destination);
     const auto renderer = makeRenderer();
     if (renderer->cursorStyle() != take.edit.cursorStyle) renderer->makeCursorTexture(take.edit.cursorStyle);
     renderer->loadWallpaper(take.wallpaper());
-    const auto destination = std::filesystem::absolute(arguments.destination);
     savePng(drawFrame(take, arguments, *renderer), destination);
     std::cout << destination.string() << std::endl;
     return ExitStatus::done;

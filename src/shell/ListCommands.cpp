@@ -53,7 +53,7 @@ void printDescription(const RecordingSummary& summary) {
 }  // namespace
 
 ExitStatus runListCommand(const QStringList& words) {
-    const Arguments arguments(words, {{"json", {}, {}}}, 0, 0);
+    const Arguments arguments(words, {{"json", {}, {}}}, {});
     const RecordingLibrary library(Defaults::libraryFolder());
     std::vector<RecordingSummary> summaries;
     for (const TakeBundle& bundle : library.recentBundles(std::numeric_limits<std::size_t>::max())) {
@@ -68,7 +68,7 @@ ExitStatus runListCommand(const QStringList& words) {
 }
 
 ExitStatus runInfoCommand(const QStringList& words) {
-    const Arguments arguments(words, {{"json", {}, {}}}, 1, 1);
+    const Arguments arguments(words, {{"json", {}, {}}}, {"RECORDING"});
     const auto summary = RecordingSummary::of(findBundle(arguments.words().first()));
     if (arguments.has("json")) {
         std::cout << encodePretty(summary) << '\n';

@@ -55,11 +55,14 @@ RecordArguments RecordArguments::parse(const QStringList& words) {
                                {"title", "TEXT", {}},
                                {"countdown", "S", {}},
                                {"duration", "S", {}}},
-                              0, 0);
+                              {});
     RecordArguments parsed{parseSource(arguments), arguments.integer("countdown"),
                            arguments.number("duration")};
     if (parsed.durationSeconds && !(*parsed.durationSeconds > 0)) {
         throw UsageError("--duration takes a number of seconds above 0.");
+    }
+    if (parsed.countdownSeconds && *parsed.countdownSeconds < 0) {
+        throw UsageError("--countdown takes a number of seconds, 0 for none.");
     }
     return parsed;
 }

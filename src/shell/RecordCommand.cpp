@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <iostream>
 
 #include "base/BoundedWait.h"
@@ -49,6 +50,25 @@ class RecordRun {
                          });
     }
 
+    /// Returns when the run has ended; throws what made it fail.
+    ExitStatus waitForEnd() {
+        std::exception_ptr failure;
+        const ExitStatus status = QCoro::waitFor(runCatching(failure));
+        if (failure) std::rethrow_exception(failure);
+        return status;
+    }
+
+  private:
+    /// A task that ends by an exception never wakes the one who waits for it.
+    QCoro::Task<ExitStatus> runCatching(std::exception_ptr& failure) {
+        try {
+            co_return co_await run();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        co_return ExitStatus::failed;
+    }
+
     QCoro::Task<ExitStatus> run() {
         const auto outcome =
             co_await controller_.start(arguments_.source, preferences(), cancel_.get_token());
@@ -65,7 +85,6 @@ class RecordRun {
         co_return ExitStatus::done;
     }
 
-  private:
     RecordingPreferences preferences() const {
         auto preferences = RecordingPreferences::stored(Defaults::standard());
         preferences.countdownSeconds = arguments_.countdownSeconds.value_or(preferences.countdownSeconds);
@@ -111,7 +130,7 @@ class RecordRun {
 
 ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform) {
     RecordRun run(RecordArguments::parse(words), platform);
-    return QCoro::waitFor(run.run());
+    return run.waitForEnd();
 }
 
 }  // namespace tessaloom

@@ -19,7 +19,7 @@ Value readOrFresh(const char* what, std::vector<std::string>& warnings, Read rea
     try {
         return read();
     } catch (const std::exception& error) {
-        warnings.push_back(std::string("The recording's ") + what + " can't be read: " + error.what());
+        warnings.push_back(std::string("The recording's ") + what + " can't be read and counts as empty: " + error.what());
         return {};
     }
 }

@@ -15,6 +15,7 @@ class FixedPointer final : public PointerSource {
   public:
     explicit FixedPointer(std::optional<Point> place) : place_(place) {}
     std::optional<Point> location() override { return place_; }
+    void stop() override {}
 
   private:
     std::optional<Point> place_;

@@ -22,6 +22,17 @@ TEST(StreamConfiguration, OddSidesLoseTheirLastPixel) {
     EXPECT_EQ(stream.source, (PixelRect{0, 0, 400, 300}));
 }
 
+TEST(StreamConfiguration, AFractionalScaleLosesNoPixel) {
+    for (int dotsPerInch = 72; dotsPerInch < 400; ++dotsPerInch) {
+        const double scale = dotsPerInch / 96.0;
+        for (const int width : {1280, 1440, 1920, 2560, 3840}) {
+            const auto stream =
+                streamConfiguration({{{}, {0, 0, width / scale, 1080 / scale}, scale}, {}, {}});
+            EXPECT_EQ(stream.source, (PixelRect{0, 0, width, 1080})) << dotsPerInch;
+        }
+    }
+}
+
 TEST(StreamConfiguration, ATargetWithoutExtentCannotBeCaptured) {
     EXPECT_THROW(streamConfiguration({{{}, {0, 0, 0, 300}, 1.0}, {}, {}}), CaptureError);
     EXPECT_THROW(streamConfiguration({{{}, {0, 0, 300, 1}, 1.0}, {}, {}}), CaptureError);

@@ -24,6 +24,9 @@ class VirtualDesktop {
     /// What programs on this desktop are to be started with.
     const Environment& environment() const { return environment_; }
 
+    /// The X server, to be frozen or killed.
+    ChildProcess& server() { return server_; }
+
   private:
     // Destroyed from the last to the first: the window manager, the server, the folder both use.
     TemporaryFolder runtimeFolder_;

@@ -40,9 +40,9 @@ void paintSidebar(QPainter& painter, const QRect& sidebar) {
     painter.fillRect(sidebar, gradient);
     const QRect badge(sidebar.left() + 22, 20, 38, 38);
     Theme::fillRounded(painter, badge, 11, Theme::accent.lighter(122));
-    drawIcon(painter, Icon::Leaf, badge.center() + QPointF(0.5, 0.5), Theme::card, 2);
+    drawIcon(painter, Icon::Leaf, badge.center() + QPointF(0.5, 0.5), Theme::light, 2);
     Theme::drawText(painter, {badge.right() + 14, badge.top(), sidebar.width() - 80, badge.height()},
-                    QStringLiteral("Fieldnotes"), {20, Theme::card, Weight::Bold});
+                    QStringLiteral("Fieldnotes"), {20, Theme::light, Weight::Bold});
     const int projectsTop = 100 + navigationCount * 48 + 26;
     if (sidebar.height() > projectsTop + 340) paintProjects(painter, sidebar, projectsTop);
 }

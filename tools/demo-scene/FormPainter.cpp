@@ -65,12 +65,12 @@ void paintStatus(QPainter& painter, const QRect& rect, const Look& look) {
 void paintToggle(QPainter& painter, const QRect& rect, const Look& look) {
     const QRect box = fieldBox(rect);
     const QRectF track(box.left() + 2, box.top() + 10, 52, 28);
-    const QColor off = look.hovered ? Theme::faint : QColor(0xC9, 0xCF, 0xCA);
+    const QColor off = look.hovered ? Theme::faint : QColor(0x4A, 0x59, 0x54);
     Theme::fillRounded(painter, track, 14, off);
     Theme::fillRounded(painter, track, 14, Theme::withAlpha(Theme::accent, look.level));
     const QRectF knob(track.left() + 3 + look.level * 24, track.top() + 3, 22, 22);
     Theme::fillRounded(painter, knob.translated(0, 1), 11, Theme::withAlpha(Theme::sidebarBottom, 0.2));
-    Theme::fillRounded(painter, knob, 11, Theme::card);
+    Theme::fillRounded(painter, knob, 11, Theme::light);
     Theme::drawText(painter, box.adjusted(70, 3, 0, -23), QStringLiteral("Share with the client"),
                     {15, Theme::ink});
     Theme::drawText(painter, box.adjusted(70, 25, 0, -2), QStringLiteral("They see notes and hours"),
@@ -96,7 +96,7 @@ void paintSave(QPainter& painter, const QRect& rect, const Look& look) {
     }
     Theme::fillRounded(painter, rect, boxRadius, gradient);
     Theme::drawText(painter, rect, QStringLiteral("Save note"),
-                    {15, Theme::card, Weight::Bold, Qt::AlignCenter});
+                    {15, Theme::light, Weight::Bold, Qt::AlignCenter});
 }
 
 }  // namespace tessaloom::demo

@@ -20,12 +20,12 @@ void paintNavigation(QPainter& painter, const QRect& rect, int index, const Look
                                         Entry{"Reports", Icon::Bars}};
     const Entry& entry = entries.at(static_cast<std::size_t>(index));
     const double highlight = look.chosen ? 0.13 : look.hovered ? 0.06 : 0;
-    if (highlight > 0) Theme::fillRounded(painter, rect, 10, Theme::withAlpha(Theme::card, highlight));
+    if (highlight > 0) Theme::fillRounded(painter, rect, 10, Theme::withAlpha(Theme::light, highlight));
     if (look.chosen) {
         Theme::fillRounded(painter, QRect(rect.left(), rect.top() + 11, 4, 20), 2,
                            Theme::accent.lighter(160));
     }
-    const QColor color = look.chosen ? Theme::card : Theme::sidebarText;
+    const QColor color = look.chosen ? Theme::light : Theme::sidebarText;
     drawIcon(painter, entry.icon, {rect.left() + 28.0, rect.center().y() + 0.5}, color);
     Theme::drawText(painter, rect.adjusted(54, 0, -8, 0), QLatin1String(entry.name),
                     {15, color, look.chosen ? Weight::Bold : Weight::Regular});
@@ -33,15 +33,15 @@ void paintNavigation(QPainter& painter, const QRect& rect, int index, const Look
 
 void paintGoal(QPainter& painter, const QRect& rect, const Look& look) {
     constexpr int visitsInWeek = 9;
-    Theme::fillRounded(painter, rect, 14, Theme::withAlpha(Theme::card, 0.07));
+    Theme::fillRounded(painter, rect, 14, Theme::withAlpha(Theme::light, 0.07));
     const QRect inner = rect.adjusted(18, 16, -18, -16);
     Theme::drawText(painter, {inner.left(), inner.top(), inner.width(), 20}, QStringLiteral("Weekly goal"),
                     {13, Theme::sidebarText});
     Theme::drawText(painter, {inner.left(), inner.top() + 24, inner.width(), 32},
                     QStringLiteral("%1 of %2 done").arg(look.number).arg(visitsInWeek),
-                    {18, Theme::card, Weight::Bold});
+                    {18, Theme::light, Weight::Bold});
     const QRectF track(inner.left(), inner.bottom() - 9, inner.width(), 8);
-    Theme::fillRounded(painter, track, 4, Theme::withAlpha(Theme::card, 0.12));
+    Theme::fillRounded(painter, track, 4, Theme::withAlpha(Theme::light, 0.12));
     QRectF filled = track;
     filled.setWidth(track.width() * look.number / visitsInWeek);
     Theme::fillRounded(painter, filled, 4, Theme::amber);
@@ -94,8 +94,8 @@ void paintStatusPill(QPainter& painter, const QRect& rect, VisitStatus status) {
         QColor text;
     };
     static constexpr std::array tones{
-        Tone{{0xEC, 0xEA, 0xE3}, {0x5C, 0x67, 0x62}}, Tone{{0xFB, 0xEE, 0xD3}, {0x8F, 0x5F, 0x10}},
-        Tone{{0xD3, 0xEE, 0xE0}, {0x14, 0x66, 0x49}}, Tone{{0xDD, 0xE9, 0xF5}, {0x2C, 0x5F, 0x8A}}};
+        Tone{{0x38, 0x44, 0x40}, {0xC2, 0xCE, 0xC9}}, Tone{{0x4B, 0x3A, 0x1B}, {0xF2, 0xC0, 0x6B}},
+        Tone{{0x1E, 0x4A, 0x3A}, {0x7A, 0xE0, 0xB4}}, Tone{{0x23, 0x3F, 0x57}, {0x8F, 0xC6, 0xF2}}};
     const Tone& tone = tones.at(static_cast<std::size_t>(status));
     Theme::fillRounded(painter, rect, rect.height() / 2.0, tone.ground);
     Theme::drawText(painter, rect, nameOf(status), {12, tone.text, Weight::Bold, Qt::AlignCenter});

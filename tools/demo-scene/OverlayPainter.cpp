@@ -81,11 +81,11 @@ void paintToast(QPainter& painter, const QRect& rect, const Look& look) {
     painter.setOpacity(level);
     const QRect placed = rect.translated(0, static_cast<int>((1 - level) * 20));
     Theme::drawCard(painter, placed, 14, 36);
-    Theme::fillRounded(painter, placed, 14, Theme::ink);
+    Theme::fillRounded(painter, placed, 14, Theme::accentSoft);
     const QRect round(placed.left() + 16, placed.top() + 12, 30, 30);
-    Theme::fillRounded(painter, round, 15, Theme::accent.lighter(125));
-    drawIcon(painter, Icon::Check, round.center() + QPointF(0.5, 0.5), Theme::card, 2.4);
-    Theme::drawText(painter, placed.adjusted(62, 0, -16, 0), look.text, {16, Theme::card, Weight::Bold});
+    Theme::fillRounded(painter, round, 15, Theme::accent);
+    drawIcon(painter, Icon::Check, round.center() + QPointF(0.5, 0.5), Theme::light, 2.4);
+    Theme::drawText(painter, placed.adjusted(62, 0, -16, 0), look.text, {16, Theme::light, Weight::Bold});
     painter.setOpacity(1);
 }
 

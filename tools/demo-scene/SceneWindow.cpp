@@ -68,7 +68,7 @@ void SceneWindow::paintEvent(QPaintEvent* event) {
 void SceneWindow::paintCounter(QPainter& painter) const {
     QRect cell(layout_.counterStrip.topLeft(), QSize(CounterCode::cellPixels, CounterCode::cellPixels));
     for (const bool light : CounterCode::encode(counter_)) {
-        painter.fillRect(cell, light ? Theme::card : Theme::ink);
+        painter.fillRect(cell, light ? Theme::light : Theme::sidebarBottom);
         cell.translate(CounterCode::cellPixels, 0);
     }
 }

@@ -63,10 +63,10 @@ void drawCard(QPainter& painter, const QRect& rect, double radius, int depth) {
         const double spread = depth * 0.6 * layer * layer / (layers * layers);
         const QRectF shadow =
             QRectF(rect).adjusted(-spread, -spread, spread, spread).translated(0, depth * 0.3);
-        fillRounded(painter, shadow, radius + spread, withAlpha(sidebarBottom, 0.009));
+        fillRounded(painter, shadow, radius + spread, withAlpha(sidebarBottom, 0.03));
     }
     fillRounded(painter, rect, radius, card);
-    outlineRounded(painter, rect, radius, withAlpha(sidebarBottom, 0.07));
+    outlineRounded(painter, rect, radius, withAlpha(light, 0.06));
 }
 
 void drawAvatar(QPainter& painter, const QRect& rect, const QString& person) {
@@ -75,7 +75,8 @@ void drawAvatar(QPainter& painter, const QRect& rect, const QString& person) {
     gradient.setColorAt(0, color.lighter(116));
     gradient.setColorAt(1, color);
     fillRounded(painter, rect, rect.width() / 2.0, gradient);
-    drawText(painter, rect, initialsOf(person), {rect.width() * 9 / 25, card, Weight::Bold, Qt::AlignCenter});
+    drawText(painter, rect, initialsOf(person),
+             {rect.width() * 9 / 25, light, Weight::Bold, Qt::AlignCenter});
 }
 
 QColor withAlpha(QColor color, double alpha) {

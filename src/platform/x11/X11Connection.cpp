@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11Connection.h"
 
+#include <sys/socket.h>
+
 #include <cstring>
 #include <stdexcept>
 
@@ -27,6 +29,11 @@ std::unique_ptr<X11Connection> X11Connection::open() {
     const xcb_screen_t* screen = screenNumber(xcb_get_setup(connection.get()), number);
     if (screen == nullptr) throw CaptureError::noDisplay();
     return std::unique_ptr<X11Connection>(new X11Connection(connection.release(), screen));
+}
+
+void X11Connection::hangUp() const {
+    // Only the reading side: a write under way must not meet a broken pipe.
+    shutdown(fileDescriptor(), SHUT_RD);
 }
 
 const xcb_query_extension_reply_t& X11Connection::requireExtension(xcb_extension_t* extension,

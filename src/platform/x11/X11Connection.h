@@ -31,6 +31,10 @@ class X11Connection {
     }
     void flush() const { xcb_flush(connection_.get()); }
 
+    /// Ends a wait for the server at once, also one that a hung server would never end, and all use of the
+    /// connection. The only operation that another thread may call.
+    void hangUp() const;
+
     /// Throws std::runtime_error "The X server lacks the … extension, …" when it is not there.
     const xcb_query_extension_reply_t& requireExtension(xcb_extension_t* extension, const char* name) const;
 

@@ -13,9 +13,6 @@
 namespace tessaloom {
 namespace {
 
-/// How long a stop may have to wait for the thread to look up.
-constexpr double longestWaitSeconds = 0.05;
-
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
 constexpr std::uint32_t firstWheelButton = 4;  // up, down, left and right: one press per notch
@@ -28,9 +25,7 @@ double secondsOf(std::chrono::milliseconds time) {
 }  // namespace
 
 X11InputSource::X11InputSource(std::unique_ptr<X11Connection> connection)
-    : connection_(std::move(connection)),
-      inputExtension_(connection_->requireExtension(&xcb_input_id, "XInput").major_opcode),
-      keyboard_(*connection_) {}
+    : connection_(std::move(connection)) {}
 
 X11InputSource::~X11InputSource() {
     stop();
@@ -38,6 +33,8 @@ X11InputSource::~X11InputSource() {
 
 void X11InputSource::start(Handler handler) {
     handler_ = std::move(handler);
+    inputExtension_ = connection_->requireExtension(&xcb_input_id, "XInput").major_opcode;
+    keyboard_.emplace(*connection_);
     readPointerMapping();
     selectRawEvents();
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
@@ -45,6 +42,7 @@ void X11InputSource::start(Handler handler) {
 
 void X11InputSource::stop() {
     thread_.request_stop();
+    connection_->hangUp();
     if (thread_.joinable()) thread_.join();
 }
 
@@ -78,23 +76,27 @@ void X11InputSource::readPointerMapping() {
 }
 
 void X11InputSource::run(const std::stop_token& stop) {
-    while (!stop.stop_requested() && !connection_->lost()) {
-        waitForInput();
+    while (!stop.stop_requested()) {
+        // Before the wait: events that came along with a reply are not on the socket any more.
         while (const auto event = connection_->pollEvent())
             handle(*event);
+        if (connection_->lost()) return;
         deliverRepeats();
+        waitForInput();
     }
 }
 
+/// Until an event, the next repeat, or a stop, which hangs up.
 void X11InputSource::waitForInput() const {
-    double wait = longestWaitSeconds;
-    if (const auto due = repeat_.nextTime()) wait = std::clamp(*due - HostClock::seconds(), 0.0, wait);
+    int milliseconds = -1;
+    if (const auto due = repeat_.nextTime())
+        milliseconds = static_cast<int>(std::ceil(std::max(*due - HostClock::seconds(), 0.0) * 1000.0));
     pollfd descriptor{connection_->fileDescriptor(), POLLIN, 0};
-    poll(&descriptor, 1, static_cast<int>(std::ceil(wait * 1000.0)));
+    poll(&descriptor, 1, milliseconds);
 }
 
 void X11InputSource::handle(const xcb_generic_event_t& event) {
-    if (keyboard_.handle(event)) return;
+    if (keyboard_->handle(event)) return;
     if ((event.response_type & 0x7F) == XCB_MAPPING_NOTIFY) {
         readPointerMapping();
         return;
@@ -111,13 +113,15 @@ void X11InputSource::handleRaw(const xcb_input_raw_button_press_event_t& event, 
     const auto key = static_cast<xcb_keycode_t>(event.detail);
     if (type == XCB_INPUT_RAW_BUTTON_PRESS) handleButton(event.detail, hostTime);
     if (type == XCB_INPUT_RAW_KEY_RELEASE) repeat_.release(key);
-    if (type == XCB_INPUT_RAW_KEY_PRESS && !keyboard_.isModifier(key)) {
-        handleKey(key, hostTime);
-        if (keyboard_.repeats(key)) {
-            repeat_.press(key, hostTime, secondsOf(keyboard_.repeatDelay()),
-                          secondsOf(keyboard_.repeatInterval()));
-        }
-    }
+    if (type == XCB_INPUT_RAW_KEY_PRESS) handleKeyPress(key, hostTime);
+}
+
+void X11InputSource::handleKeyPress(xcb_keycode_t key, double hostTime) {
+    keyboard_->refresh();
+    if (keyboard_->isModifier(key)) return;
+    reportKey(key, hostTime);
+    if (!keyboard_->repeats(key)) return;
+    repeat_.press(key, hostTime, secondsOf(keyboard_->repeatDelay()), secondsOf(keyboard_->repeatInterval()));
 }
 
 void X11InputSource::handleButton(std::uint32_t physicalButton, double hostTime) {
@@ -129,13 +133,13 @@ void X11InputSource::handleButton(std::uint32_t physicalButton, double hostTime)
     }
 }
 
-void X11InputSource::handleKey(xcb_keycode_t key, double hostTime) {
-    handler_({hostTime, RawInput::Kind::key, keyboard_.keyName(key), keyboard_.modifiers()});
+void X11InputSource::reportKey(xcb_keycode_t key, double hostTime) {
+    handler_({hostTime, RawInput::Kind::key, keyboard_->keyName(key), keyboard_->modifiersFor(key)});
 }
 
 void X11InputSource::deliverRepeats() {
     while (const auto repeat = repeat_.takeDue(HostClock::seconds()))
-        handleKey(repeat->key, repeat->time);
+        reportKey(repeat->key, repeat->time);
 }
 
 }  // namespace tessaloom

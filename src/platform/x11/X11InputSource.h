@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "capture/InputSources.h"
@@ -34,12 +35,13 @@ class X11InputSource final : public InputEventSource {
     void handle(const xcb_generic_event_t& event);
     void handleRaw(const xcb_input_raw_button_press_event_t& event, std::uint16_t type);
     void handleButton(std::uint32_t physicalButton, double hostTime);
-    void handleKey(xcb_keycode_t key, double hostTime);
+    void handleKeyPress(xcb_keycode_t key, double hostTime);
+    void reportKey(xcb_keycode_t key, double hostTime);
     void deliverRepeats();
 
     std::unique_ptr<X11Connection> connection_;
     std::uint8_t inputExtension_ = 0;
-    X11Keyboard keyboard_;
+    std::optional<X11Keyboard> keyboard_;  ///< from the start on
     X11KeyRepeat repeat_;
     std::array<std::uint8_t, 256> logicalButton_{};  ///< by physical number; left-handed users swap them
     Handler handler_;

@@ -4,7 +4,9 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 // The header has a field named like a C++ keyword.
 #define explicit explicit_
@@ -14,9 +16,20 @@
 namespace tessaloom {
 namespace {
 
-constexpr std::uint16_t watchedEvents =
-    XCB_XKB_EVENT_TYPE_STATE_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY;
+constexpr std::uint16_t watchedEvents = XCB_XKB_EVENT_TYPE_STATE_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
+                                        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
+                                        XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY;
 constexpr std::uint16_t allMapParts = 0xFF;
+
+/// The modifiers and layouts of one state put into another.
+void copyState(xkb_state* from, xkb_state* to) {
+    xkb_state_update_mask(to, xkb_state_serialize_mods(from, XKB_STATE_MODS_DEPRESSED),
+                          xkb_state_serialize_mods(from, XKB_STATE_MODS_LATCHED),
+                          xkb_state_serialize_mods(from, XKB_STATE_MODS_LOCKED),
+                          xkb_state_serialize_layout(from, XKB_STATE_LAYOUT_DEPRESSED),
+                          xkb_state_serialize_layout(from, XKB_STATE_LAYOUT_LATCHED),
+                          xkb_state_serialize_layout(from, XKB_STATE_LAYOUT_LOCKED));
+}
 
 bool isModifierKeysym(xkb_keysym_t symbol) {
     return (symbol >= XKB_KEY_Shift_L && symbol <= XKB_KEY_Hyper_R) ||
@@ -37,7 +50,7 @@ X11Keyboard::X11Keyboard(const X11Connection& connection)
     device_ = xkb_x11_get_core_keyboard_device_id(connection);
     selectEvents();
     reloadKeymap();
-    readRepeatRate();
+    readRepeatControls();
 }
 
 void X11Keyboard::selectEvents() const {
@@ -49,15 +62,23 @@ void X11Keyboard::reloadKeymap() {
     std::unique_ptr<xkb_keymap, Unreference> keymap(
         xkb_x11_keymap_new_from_device(context_.get(), connection_, device_, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (!keymap) return;  // the old map still serves better than none
-    state_.reset(xkb_x11_state_new_from_device(keymap.get(), connection_, device_));
+    std::unique_ptr<xkb_state, Unreference> state(
+        xkb_x11_state_new_from_device(keymap.get(), connection_, device_));
+    // The server's own state may be ahead of the key events that still wait to be handled here.
+    if (state && state_) copyState(state_.get(), state.get());
+    state_ = std::move(state);
     keymap_ = std::move(keymap);
 }
 
-void X11Keyboard::readRepeatRate() {
+void X11Keyboard::readRepeatControls() {
     const auto cookie = xcb_xkb_get_controls(connection_, XCB_XKB_ID_USE_CORE_KBD);
     const X11Reply<xcb_xkb_get_controls_reply_t> controls(
         xcb_xkb_get_controls_reply(connection_, cookie, nullptr));
-    if (!controls || controls->repeatDelay == 0 || controls->repeatInterval == 0) return;
+    if (!controls) return;
+    const bool repeating = (controls->enabledControls & XCB_XKB_BOOL_CTRL_REPEAT_KEYS) != 0;
+    repeatingKeys_.fill(0);
+    if (repeating) std::copy_n(controls->perKeyRepeat, repeatingKeys_.size(), repeatingKeys_.begin());
+    if (controls->repeatDelay == 0 || controls->repeatInterval == 0) return;
     repeatDelay_ = std::chrono::milliseconds(controls->repeatDelay);
     repeatInterval_ = std::chrono::milliseconds(controls->repeatInterval);
 }
@@ -73,10 +94,15 @@ bool X11Keyboard::handle(const xcb_generic_event_t& event) {
                                   static_cast<xkb_layout_index_t>(notify.latchedGroup), notify.lockedGroup);
         }
     } else {
-        reloadKeymap();
-        readRepeatRate();
+        controlsChanged_ = true;
+        mapChanged_ = mapChanged_ || event.pad0 != XCB_XKB_CONTROLS_NOTIFY;
     }
     return true;
+}
+
+void X11Keyboard::refresh() {
+    if (std::exchange(mapChanged_, false)) reloadKeymap();
+    if (std::exchange(controlsChanged_, false)) readRepeatControls();
 }
 
 std::string X11Keyboard::keyName(xcb_keycode_t key) const {
@@ -85,9 +111,10 @@ std::string X11Keyboard::keyName(xcb_keycode_t key) const {
 }
 
 bool X11Keyboard::isModifier(xcb_keycode_t key) const {
-    if (!keymap_) return false;
+    if (!state_) return false;
+    const xkb_layout_index_t layout = xkb_state_key_get_layout(state_.get(), key);
     const xkb_keysym_t* symbols = nullptr;
-    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), key, 0, 0, &symbols);
+    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), key, layout, 0, &symbols);
     return count > 0 && isModifierKeysym(symbols[0]);
 }
 
@@ -95,15 +122,25 @@ bool X11Keyboard::isActive(const char* modifier) const {
     return state_ && xkb_state_mod_name_is_active(state_.get(), modifier, XKB_STATE_MODS_EFFECTIVE) > 0;
 }
 
-KeyModifiers X11Keyboard::modifiers() const {
+/// Some maps put AltGr on the modifier that Alt or Super has elsewhere: where it picks the character that the
+/// key types, it is AltGr.
+bool X11Keyboard::isShortcutModifier(xcb_keycode_t key, const char* modifier) const {
+    if (!isActive(modifier)) return false;
+    const xkb_mod_index_t index = xkb_keymap_mod_get_index(keymap_.get(), modifier);
+    const bool picksCharacter = xkb_state_mod_index_is_consumed(state_.get(), key, index) > 0 &&
+                                xkb_keysym_to_utf32(xkb_state_key_get_one_sym(state_.get(), key)) > U' ';
+    return !picksCharacter;
+}
+
+KeyModifiers X11Keyboard::modifiersFor(xcb_keycode_t key) const {
     return {.control = isActive(XKB_MOD_NAME_CTRL),
-            .alt = isActive(XKB_MOD_NAME_ALT),
+            .alt = isShortcutModifier(key, XKB_MOD_NAME_ALT),
             .shift = isActive(XKB_MOD_NAME_SHIFT),
-            .super = isActive(XKB_MOD_NAME_LOGO)};
+            .super = isShortcutModifier(key, XKB_MOD_NAME_LOGO)};
 }
 
 bool X11Keyboard::repeats(xcb_keycode_t key) const {
-    return keymap_ && xkb_keymap_key_repeats(keymap_.get(), key) != 0;
+    return (repeatingKeys_[key / 8U] >> (key % 8U) & 1U) != 0;
 }
 
 }  // namespace tessaloom

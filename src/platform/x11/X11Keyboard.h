@@ -3,6 +3,7 @@
 
 #include <xkbcommon/xkbcommon.h>
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -22,13 +23,18 @@ class X11Keyboard {
 
     /// True when the event was one of the keyboard's own.
     bool handle(const xcb_generic_event_t& event);
+    /// Reads anew what the events have said was changed: once for a whole burst of them. To be called before
+    /// a key is looked up.
+    void refresh();
 
     /// The key's physical position, "AD01"; empty for a key without a name.
     std::string keyName(xcb_keycode_t key) const;
     /// Shift, control, level and lock keys, whose presses are no key presses of their own.
     bool isModifier(xcb_keycode_t key) const;
-    KeyModifiers modifiers() const;
+    /// The modifiers held at present, as a press of `key` has them. AltGr counts as none of them.
+    KeyModifiers modifiersFor(xcb_keycode_t key) const;
 
+    /// As the user has set it, for this key and for the whole keyboard.
     bool repeats(xcb_keycode_t key) const;
     std::chrono::milliseconds repeatDelay() const { return repeatDelay_; }
     std::chrono::milliseconds repeatInterval() const { return repeatInterval_; }
@@ -42,8 +48,9 @@ class X11Keyboard {
 
     void selectEvents() const;
     void reloadKeymap();
-    void readRepeatRate();
+    void readRepeatControls();
     bool isActive(const char* modifier) const;
+    bool isShortcutModifier(xcb_keycode_t key, const char* modifier) const;
 
     const X11Connection& connection_;
     std::uint8_t firstEvent_ = 0;
@@ -51,6 +58,9 @@ class X11Keyboard {
     std::unique_ptr<xkb_context, Unreference> context_;
     std::unique_ptr<xkb_keymap, Unreference> keymap_;
     std::unique_ptr<xkb_state, Unreference> state_;
+    bool mapChanged_ = false;
+    bool controlsChanged_ = false;
+    std::array<std::uint8_t, 32> repeatingKeys_{};  ///< a bit for each key
     std::chrono::milliseconds repeatDelay_{660};
     std::chrono::milliseconds repeatInterval_{40};
 };

@@ -15,6 +15,7 @@ class X11PointerSource final : public PointerSource {
         : connection_(std::move(connection)), pointPixelScale_(pointPixelScale) {}
 
     std::optional<Point> location() override;
+    void stop() override { connection_->hangUp(); }
 
   private:
     std::unique_ptr<X11Connection> connection_;

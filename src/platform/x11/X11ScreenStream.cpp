@@ -6,6 +6,7 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 
@@ -15,8 +16,6 @@
 namespace tessaloom {
 namespace {
 
-/// How long a stop may have to wait for the thread to look up.
-constexpr double longestWaitSeconds = 0.05;
 constexpr std::size_t bytesPerPixel = 4;
 
 PixelRect wholePicture(const StreamConfiguration& configuration) {
@@ -77,6 +76,7 @@ void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
 
 void X11ScreenStream::stop() {
     thread_.request_stop();
+    connection_->hangUp();
     if (thread_.joinable()) thread_.join();
 }
 
@@ -87,25 +87,26 @@ void X11ScreenStream::run(const std::stop_token& stop) {
             return;
         }
         if (connection_->lost()) {
-            onStopped_("The connection to the X server was lost.");
+            // A stop hangs up too.
+            if (!stop.stop_requested()) onStopped_("The connection to the X server was lost.");
             return;
         }
         const double now = HostClock::seconds();
         const double due = nextReading(now);
-        if (damaged_ && now >= due) {
-            readDamage(due);
+        if (!damaged_) {
+            waitForEvent();
+        } else if (now < due) {
+            std::this_thread::sleep_for(std::chrono::duration<double>(due - now));
         } else {
-            wait(damaged_ ? due - now : longestWaitSeconds);
+            readDamage(due);
         }
     }
 }
 
-void X11ScreenStream::wait(double seconds) const {
-    timespec timeout{};
-    timeout.tv_nsec = static_cast<long>(std::min(seconds, longestWaitSeconds) * 1e9);
-    // With damage already known, more of it need not wake us before the next reading.
-    pollfd descriptor{connection_->fileDescriptor(), static_cast<short>(damaged_ ? 0 : POLLIN), 0};
-    ppoll(&descriptor, 1, &timeout, nullptr);
+/// A still screen costs nothing: only the server, or a stop that hangs up, ends this.
+void X11ScreenStream::waitForEvent() const {
+    pollfd descriptor{connection_->fileDescriptor(), POLLIN, 0};
+    poll(&descriptor, 1, -1);
 }
 
 bool X11ScreenStream::handleEvents() {

@@ -31,7 +31,7 @@ class X11ScreenStream final : public ScreenStream {
 
     void run(const std::stop_token& stop);
     double nextReading(double now);
-    void wait(double seconds) const;
+    void waitForEvent() const;
     bool handleEvents();
     void readDamage(double hostTime);
     std::vector<PixelRect> takeDamage();

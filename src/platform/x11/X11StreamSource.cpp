@@ -152,10 +152,13 @@ class WindowSource final : public X11StreamSource {
         const xcb_pixmap_t pixmap = xcb_generate_id(connection_);
         const auto name = xcb_composite_name_window_pixmap_checked(connection_, window_, pixmap);
         const X11Reply<xcb_generic_error_t> refusal(xcb_request_check(connection_, name));
-        const auto geometry = geometryOf(connection_, window_);
-        if (refusal || !geometry) return;
+        if (refusal) return;
         pixmap_ = pixmap;
-        geometry_ = *geometry;
+        // The pixmap's own size: the window may have another one by now, which its next event will tell.
+        const auto whole = geometryOf(connection_, pixmap);
+        const auto window = geometryOf(connection_, window_);
+        if (!whole || !window) return;
+        geometry_ = {whole->width - 2 * window->border, whole->height - 2 * window->border, window->border};
     }
 
     void releasePixmap() {

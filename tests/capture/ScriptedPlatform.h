@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <thread>
+#include <vector>
+
+#include "base/HostClock.h"
+#include "capture/CapturePlatform.h"
+
+namespace tessaloom::test {
+
+/// Delivers one frame of any content at once, or none, or ends by itself.
+class ScriptedStream final : public ScreenStream {
+  public:
+    enum class Script { oneFrame, nothing, endsWithoutFrame };
+
+    ScriptedStream(Script script, const StreamConfiguration& configuration)
+        : script_(script), width_(configuration.source.width), height_(configuration.source.height) {}
+    ~ScriptedStream() override { stop(); }
+    ScriptedStream(const ScriptedStream&) = delete;
+    ScriptedStream& operator=(const ScriptedStream&) = delete;
+
+    void start(FrameHandler onFrame, StopHandler onStopped) override {
+        thread_ = std::jthread([this, onFrame = std::move(onFrame), onStopped = std::move(onStopped)] {
+            if (script_ == Script::endsWithoutFrame) onStopped("The script ended.");
+            if (script_ != Script::oneFrame) return;
+            const BgraImage picture(width_, height_);
+            const std::vector<ScreenPatch> patches{{picture.view(), 0, 0}};
+            onFrame({HostClock::seconds(), patches});
+        });
+    }
+    void stop() override {
+        if (thread_.joinable()) thread_.join();
+    }
+
+  private:
+    Script script_;
+    int width_;
+    int height_;
+    std::jthread thread_;
+};
+
+class StillPointer final : public PointerSource {
+  public:
+    std::optional<Point> location() override { return Point{10, 10}; }
+    void stop() override {}
+};
+
+/// Reports nothing, or refuses to start.
+class SilentInput final : public InputEventSource {
+  public:
+    explicit SilentInput(bool refuses) : refuses_(refuses) {}
+    void start(Handler) override {
+        if (refuses_) throw std::runtime_error("The script refuses.");
+    }
+    void stop() override {}
+
+  private:
+    bool refuses_;
+};
+
+/// One small display whose sources follow a script.
+struct ScriptedPlatform final : CapturePlatform {
+    ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
+    bool refusesInput = false;
+
+    ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
+    std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
+        return std::make_unique<ScriptedStream>(stream, configuration);
+    }
+    std::unique_ptr<PointerSource> makePointerSource() override { return std::make_unique<StillPointer>(); }
+    std::unique_ptr<InputEventSource> makeInputEventSource() override {
+        return std::make_unique<SilentInput>(refusesInput);
+    }
+};
+
+}  // namespace tessaloom::test

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/x11/X11ScreenStream.h"
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <array>
+#include <cmath>
+#include <csignal>
+#include <thread>
+
+#include "base/HostClock.h"
+#include "platform/RecordedStream.h"
+#include "support/TestWindow.h"
+#include "support/VirtualDesktop.h"
+#include "support/XInjector.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+using test::RecordedStream;
+using test::TestWindow;
+
+constexpr std::uint32_t red = 0xC02010;
+constexpr std::uint32_t blue = 0x1040E0;
+constexpr std::uint32_t green = 0x20B040;
+
+class X11Stream : public ::testing::Test {
+  protected:
+    explicit X11Stream(test::WindowManager manager = test::WindowManager::None) : desktop(320, 240, manager) {
+        qputenv("DISPLAY", desktop.displayName().c_str());
+    }
+
+    static StreamConfiguration screen() { return {{{}, {0, 0, 320, 240}, 1.0}, {0, 0, 320, 240}}; }
+    static StreamConfiguration of(const TestWindow& window, int width, int height) {
+        return {{window.id(), {0, 0, 1.0 * width, 1.0 * height}, 1.0}, {0, 0, width, height}};
+    }
+
+    test::VirtualDesktop desktop;
+    test::XInjector injector{desktop.displayName()};
+    xcb_connection_t* connection = injector.connection();
+};
+
+TEST_F(X11Stream, AStillScreenGivesOneWholeFrame) {
+    const TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForColor(10, 20, red));
+    std::this_thread::sleep_for(200ms);
+    EXPECT_EQ(stream.times().size(), 1U);
+    EXPECT_EQ(stream.pixelsOfLastFrame(), 320U * 240U);
+}
+
+TEST_F(X11Stream, AChangeIsReadAlone) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    window.fill({3, 4, 7, 8}, blue);
+    ASSERT_TRUE(stream.waitForColor(13, 24, blue));
+    EXPECT_EQ(stream.pixelsOfLastFrame(), 8U * 8U);
+}
+
+TEST_F(X11Stream, SteadyChangesGiveFramesOnOneGridOfSixtyASecond) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    for (int step = 0; step < 250; ++step) {
+        window.fill({0, 0, 10, 10}, step % 2 == 0 ? blue : green);
+        std::this_thread::sleep_for(2ms);
+    }
+    stream.stop();
+    const auto times = stream.times();
+    ASSERT_GT(times.size(), 5U);
+    for (std::size_t i = 1; i < times.size(); ++i) {
+        const double steps = (times[i] - times[0]) * 60.0;
+        EXPECT_NEAR(steps, std::round(steps), 1e-3);
+        EXPECT_GT(times[i] - times[i - 1], 0.9 / 60.0);
+    }
+}
+
+TEST_F(X11Stream, AWindowIsSeenThroughWhatCoversIt) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    const TestWindow cover(connection, {{0, 0, 320, 240}, blue});
+    RecordedStream stream(of(window, 100, 50));
+    ASSERT_TRUE(stream.waitForColor(50, 25, red));
+    window.fill({40, 20, 20, 20}, green);
+    EXPECT_TRUE(stream.waitForColor(50, 25, green));
+}
+
+TEST_F(X11Stream, AWindowThatShrinksLeavesBlackAndGrowsBack) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(of(window, 100, 50));
+    ASSERT_TRUE(stream.waitForColor(90, 40, red));
+    window.moveResize({10, 20, 61, 31});
+    EXPECT_TRUE(stream.waitForColor(90, 40, 0));
+    EXPECT_TRUE(stream.waitForColor(60, 30, red));
+    window.moveResize({10, 20, 100, 50});
+    EXPECT_TRUE(stream.waitForColor(90, 40, red));
+}
+
+TEST_F(X11Stream, AWindowResizedWhileItsLastSizeIsReadIsNotLost) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(of(window, 100, 50));
+    for (int round = 0; round < 150; ++round) {
+        const std::array<std::uint32_t, 2> small{40, 20};
+        xcb_configure_window(connection, window.id(), XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                             small.data());
+        xcb_flush(connection);
+        // The two resizes meet the stream at a different step of its answer to the first in each round.
+        std::this_thread::sleep_for(std::chrono::microseconds(round * 2));
+        window.moveResize({10, 20, 100, 50});
+        const std::uint32_t color = round % 2 == 0 ? blue : green;
+        window.fill({0, 0, 100, 50}, color);
+        ASSERT_TRUE(stream.waitForColor(99, 49, color)) << round;
+    }
+}
+
+TEST_F(X11Stream, AHiddenWindowGoesOnWhenItIsShownAgain) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(of(window, 100, 50));
+    ASSERT_TRUE(stream.waitForColor(50, 25, red));
+    window.unmap();
+    std::this_thread::sleep_for(50ms);
+    window.map();
+    window.fill({40, 20, 20, 20}, green);
+    EXPECT_TRUE(stream.waitForColor(50, 25, green));
+}
+
+TEST_F(X11Stream, AClosedWindowEndsTheStream) {
+    std::optional<TestWindow> window;
+    window.emplace(connection, test::WindowDescription{{10, 20, 100, 50}, red});
+    RecordedStream stream(of(*window, 100, 50));
+    ASSERT_TRUE(stream.waitForFrames(1));
+    window.reset();
+    EXPECT_TRUE(stream.waitForEnd());
+    EXPECT_EQ(stream.endReason(), "The recorded window was closed.");
+}
+
+TEST_F(X11Stream, AWindowThatIsGoneAlreadyCannotBeStreamed) {
+    std::optional<TestWindow> window;
+    window.emplace(connection, test::WindowDescription{{10, 20, 100, 50}, red});
+    const auto configuration = of(*window, 100, 50);
+    window.reset();
+    EXPECT_THROW(RecordedStream{configuration}, std::runtime_error);
+}
+
+TEST_F(X11Stream, ALostServerEndsTheStream) {
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    desktop.server().signal(SIGKILL);
+    EXPECT_TRUE(stream.waitForEnd());
+    EXPECT_EQ(stream.endReason(), "The connection to the X server was lost.");
+}
+
+TEST_F(X11Stream, AStopIsNoEndByItself) {
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    stream.stop();
+    EXPECT_EQ(stream.endReason(), "");
+}
+
+TEST_F(X11Stream, AHungServerCannotHoldUpTheStop) {
+    TestWindow window(connection, {{10, 20, 100, 50}, red});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    window.fill({0, 0, 100, 50}, blue);
+    desktop.server().signal(SIGSTOP);
+    std::this_thread::sleep_for(50ms);
+    const double before = HostClock::seconds();
+    stream.stop();
+    EXPECT_LT(HostClock::seconds() - before, 5);
+    desktop.server().signal(SIGCONT);
+}
+
+class X11StreamUnderOpenbox : public X11Stream {
+  protected:
+    X11StreamUnderOpenbox() : X11Stream(test::WindowManager::Openbox) {}
+};
+
+TEST_F(X11StreamUnderOpenbox, AWindowInItsFrameIsSeenWithoutTheFrame) {
+    TestWindow window(connection, {{40, 50, 100, 60}, red, test::WindowKind::Managed, "a window"});
+    const TestWindow cover(connection, {{0, 0, 320, 240}, blue});
+    RecordedStream stream(of(window, 100, 60));
+    ASSERT_TRUE(stream.waitForColor(0, 0, red));
+    EXPECT_TRUE(stream.waitForColor(99, 59, red));
+    window.fill({0, 0, 4, 4}, green);
+    EXPECT_TRUE(stream.waitForColor(0, 0, green));
+}
+
+}  // namespace
+}  // namespace tessaloom
