@@ -9,6 +9,7 @@
 #include "core/AtomicFile.h"
 #include "export/HeldFrameReader.h"
 #include "export/TakeExport.h"
+#include "render/SubpixelGrid.h"
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
 #include "shell/OutputFile.h"
@@ -68,7 +69,8 @@ BgraImage drawFrame(const OpenTake& take, const FrameArguments& arguments, Rende
     held->toBgra(recording);
     const FrameComposer composer = take.composer(renderer.cursorImageSize(), renderer.cursorHotspot());
     BgraImage target(canvas.width, canvas.height);
-    renderer.render(composer.composeFrame(arguments.time, canvas.width, canvas.height),
+    const auto frame = composer.composeFrame(arguments.time, canvas.width, canvas.height);
+    renderer.render(onSubpixelGrid(frame, recording.width(), recording.height()),
                     {.recording = {recording.view(), 1}}, target);
     return target;
 }
