@@ -134,14 +134,17 @@ void printOverview(std::ostream& out) {
            "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
 }
 
-/// What the user can do about a problem whose own words don't say it.
-const char* adviceFor(const std::exception& error) {
+/// The error as a sentence, and what the user can do about it where its own words don't say so.
+std::string explained(const std::exception& error) {
+    const std::string text = error.what();
     const bool recordingIsDamaged = dynamic_cast<const UnreadableMovie*>(&error) != nullptr ||
                                     dynamic_cast<const Exporter::Failure*>(&error) != nullptr;
-    if (recordingIsDamaged) return " Restore it from a copy, or record again.";
-    const bool fileIsRefused = dynamic_cast<const MediaError*>(&error) != nullptr ||
-                               dynamic_cast<const std::system_error*>(&error) != nullptr;
-    return fileIsRefused ? " Check the folder and the free space." : "";
+    if (recordingIsDamaged) return text + " Restore it from a copy, or record again.";
+    if (dynamic_cast<const MediaError*>(&error) != nullptr)
+        return text + " Check the folder and the free space.";
+    // The system's reason comes last in these, without a full stop.
+    const bool fileIsRefused = dynamic_cast<const std::system_error*>(&error) != nullptr;
+    return fileIsRefused ? text + ". Check the folder and the free space." : text;
 }
 
 ExitStatus run(const Command& command, const QStringList& words, const CommandServices& services) {
@@ -155,7 +158,7 @@ ExitStatus run(const Command& command, const QStringList& words, const CommandSe
         std::cerr << "tessaloom: " << error.what() << " See \"tessaloom " << command.name << " --help\".\n";
         return ExitStatus::usage;
     } catch (const std::exception& error) {
-        std::cerr << "tessaloom: " << error.what() << adviceFor(error) << '\n';
+        std::cerr << "tessaloom: " << explained(error) << '\n';
         return ExitStatus::failed;
     }
 }

@@ -2,51 +2,37 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 
+#include "commands/CommandTest.h"
 #include "core/EventJournal.h"
 #include "core/Json.h"
 #include "core/TakeBundle.h"
 #include "render/CursorImage.h"
 #include "render/Uniforms.h"
-#include "support/ChildProcess.h"
-#include "support/TemporaryFolder.h"
 
 namespace tessaloom {
 namespace {
 
-struct Outcome {
-    std::optional<int> status;
-    std::string output;
-    std::string errors;
-};
+using test::CommandResult;
 
-/// One recording without any media, in a library of its own.
-class InspectCommand : public ::testing::Test {
+/// One recording without any media.
+class InspectCommand : public test::CommandTest {
   protected:
-    InspectCommand() : bundle_(TakeBundle::create(folder_.path() / "a.takes")) {}
+    InspectCommand() : bundle_(TakeBundle::create(library() / "a.takes")) {}
 
-    Outcome inspect(std::vector<std::string> words) const {
-        words.insert(words.begin(), {TESSALOOM_PROGRAM, "inspect"});
-        auto environment = test::currentEnvironment();
-        environment["TESSALOOM_LIBRARY"] = folder_.path().string();
-        environment["TESSALOOM_CONFIG"] = (folder_.path() / "settings.ini").string();
-        test::ChildProcess program(words, environment);
-        const auto status = program.waitForExit(std::chrono::seconds(20));
-        return {status, program.output(), program.errors()};
+    CommandResult inspect(std::vector<std::string> words) const {
+        words.insert(words.begin(), "inspect");
+        return run(words);
     }
 
     /// Of a run that should succeed without a word on stderr.
     std::string facts(const std::vector<std::string>& words) const {
-        const Outcome outcome = inspect(words);
-        EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(outcome.errors, "");
-        return outcome.output;
+        const CommandResult result = inspect(words);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.errors, "");
+        return result.output;
     }
 
-    void damage(std::string_view name) const { std::ofstream(bundle_.file(name)) << "{ not json"; }
-
-    test::TemporaryFolder folder_;
     TakeBundle bundle_;
 };
 
@@ -107,8 +93,8 @@ TEST_F(InspectCommand, TheLogIsPrintedInItsStoredForm) {
 }
 
 TEST_F(InspectCommand, TheEditIsPrintedAsDecoded) {
-    std::ofstream(bundle_.file(TakeBundle::editFile))
-        << R"({"padding": 7, "aspect": "unheard of", "more": 1})";
+    test::writeFile(bundle_.file(TakeBundle::editFile),
+                    R"({"padding": 7, "aspect": "unheard of", "more": 1})");
     EditParams edit;
     edit.padding = 7;
     EXPECT_EQ(facts({"edit", bundle_.url.string()}), encode(edit) + "\n");
@@ -201,7 +187,7 @@ TEST_F(InspectCommand, CameraAndCaptionAreTold) {
     edit.captions = {{.start = 0, .end = 2, .text = "two words", .words = {{"two", 0, 1}, {"words", 1, 2}}}};
     edit.showCaptions = true;
     bundle_.write(edit);
-    std::ofstream(bundle_.file(TakeBundle::webcamFile)) << "camera";
+    test::writeFile(bundle_.file(TakeBundle::webcamFile), "camera");
     const JsonDocument frame = onlyObject(facts({"frame", "a", "--at", "1.5", "--size", "1000x500"}));
     EXPECT_EQ(at(frame, "webcam"),
               R"({"blur":[0,0,0,0],"border":[1,1,1,0],"meta":[1000,500,1,0.44999998807907104],)"
@@ -238,13 +224,13 @@ TEST_F(InspectCommand, EachTimeHasItsObjectInTheOrderAskedFor) {
 }
 
 TEST_F(InspectCommand, DamagedRecordsCountAsEmptyWithOneWarning) {
-    damage(TakeBundle::eventsFile);
-    const Outcome log = inspect({"log", "a"});
+    test::writeFile(bundle_.file(TakeBundle::eventsFile), "{ not json");
+    const CommandResult log = inspect({"log", "a"});
     EXPECT_EQ(log.status, 0);
     EXPECT_EQ(log.output, encode(EventLog{}) + "\n");
     EXPECT_EQ(std::ranges::count(log.errors, '\n'), 1);
     std::filesystem::remove(bundle_.file(TakeBundle::eventsFile));
-    const Outcome cuts = inspect({"cuts", "a"});
+    const CommandResult cuts = inspect({"cuts", "a"});
     EXPECT_EQ(cuts.status, 0);
     EXPECT_EQ(withoutWhiteSpace(cuts.output),
               R"({"cameraBands":[],"kept":[[0,0]],"outputDuration":0,"playable":[[0,0.01]],"segments":[],)"
@@ -256,7 +242,7 @@ TEST_F(InspectCommand, ARecordThatIsNotAskedForIsNotMissed) {
     std::filesystem::remove(bundle_.file(TakeBundle::editFile));
     EXPECT_EQ(facts({"log", "a"}), encode(EventLog{}) + "\n");
     EXPECT_EQ(facts({"zooms", "a"}), "[]\n");
-    const Outcome edit = inspect({"edit", "a"});
+    const CommandResult edit = inspect({"edit", "a"});
     EXPECT_EQ(edit.status, 0);
     EXPECT_EQ(edit.output, encode(EditParams{}) + "\n");
     EXPECT_EQ(std::ranges::count(edit.errors, '\n'), 1);
@@ -273,9 +259,8 @@ TEST_F(InspectCommand, ATakeWhoseRecorderDiedIsCompletedFirst) {
 }
 
 TEST_F(InspectCommand, AFolderWithoutARecordingsFilesFails) {
-    std::filesystem::create_directory(folder_.path() / "other");
-    EXPECT_EQ(inspect({"log", (folder_.path() / "other").string()}).status, 1);
-    EXPECT_EQ(inspect({"log", "nowhere"}).status, 1);
+    test::expectRefused(inspect({"log", outputs().string()}), 1, "is no recording");
+    test::expectRefused(inspect({"log", "nowhere"}), 1, "tessaloom list");
 }
 
 TEST_F(InspectCommand, WrongWordsAreExplainedWithStatus2) {
@@ -289,12 +274,8 @@ TEST_F(InspectCommand, WrongWordsAreExplainedWithStatus2) {
                                                          {"frame", "a", "--size", "64x32"},
                                                          {"frame", "a", "--at", "1", "--size", "64"},
                                                          {"frame", "a", "--at", "nan", "--size", "64x32"}};
-    for (const auto& words : wrong) {
-        const Outcome outcome = inspect(words);
-        EXPECT_EQ(outcome.status, 2) << outcome.output;
-        EXPECT_EQ(outcome.output, "");
-        EXPECT_NE(outcome.errors.find("tessaloom inspect --help"), std::string::npos) << outcome.errors;
-    }
+    for (const auto& words : wrong)
+        test::expectRefused(inspect(words), 2, "tessaloom inspect --help");
 }
 
 }  // namespace
