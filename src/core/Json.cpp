@@ -114,17 +114,25 @@ void writeSorted(const JsonValue& value, Writer& writer) {
 
 }  // namespace
 
-std::optional<JsonDocument> parseJsonObject(std::string_view text) {
+std::optional<JsonDocument> parseJson(std::string_view text) {
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::MemoryStream bytes(text.data(), text.size());
     rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
-    const auto parse = [&stream](JsonDocument& document) {
+    bool wellFormed = false;
+    const auto parse = [&](JsonDocument& document) {
         DocumentBuilder builder(document);
-        return !rapidjson::Reader().Parse<flags>(stream, builder).IsError();
+        wellFormed = !rapidjson::Reader().Parse<flags>(stream, builder).IsError();
+        return wellFormed;
     };
     JsonDocument document;
     document.Populate(parse);
-    if (!document.IsObject()) return std::nullopt;
+    if (!wellFormed) return std::nullopt;
+    return document;
+}
+
+std::optional<JsonDocument> parseJsonObject(std::string_view text) {
+    auto document = parseJson(text);
+    if (document && !document->IsObject()) return std::nullopt;
     return document;
 }
 

@@ -34,7 +34,10 @@ concept RecordOf = std::same_as<std::remove_const_t<T>, Record>;
 template <typename T>
 concept Enumeration = std::is_enum_v<T>;
 
-/// Nothing when the text is no JSON object. Nesting costs no stack.
+/// Nothing when the text is no JSON. Nesting costs no stack.
+std::optional<JsonDocument> parseJson(std::string_view text);
+
+/// Nothing when the text is no JSON object.
 std::optional<JsonDocument> parseJsonObject(std::string_view text);
 
 /// Keys sorted by their bytes, numbers as the shortest text that reads back the same.
