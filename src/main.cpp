@@ -31,6 +31,8 @@ int main(int argumentCount, char** argumentValues) {
     std::signal(SIGPIPE, SIG_IGN);
     // The commands draw text but open no window; without this they would need a display to export.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A file that grows past a limit is then an error like a full disk, which cleans up, instead of the end.
+    std::signal(SIGXFSZ, SIG_IGN);
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Exports a made recording (1920x1080, a scrolling document, a pointer, zooms) and compares the time with
-// what FFmpeg's command line needs to decode and encode the same recording with the same encoder settings.
-// Needs the ffmpeg program. Arguments: seconds of the recording (10), its frames a second (60).
+// Exports a recording and compares the time with what FFmpeg's command line needs to decode and encode it
+// at the same size with the same encoder settings and 60 frames a second. Pair by pair, so that both meet the
+// same load. Needs the ffmpeg program. Arguments: a recording's bundle, or else the seconds (10) and frames a
+// second (60) of a made one (1920x1080, a scrolling document, a pointer, zooms), and --rounds N (1).
 #include <sys/resource.h>
 
+#include <QCommandLineParser>
 #include <QGuiApplication>
 #include <chrono>
 #include <cmath>
@@ -13,13 +15,12 @@
 #include <functional>
 #include <string>
 
-#include "export/Exporter.h"
-#include "export/QualityPreset.h"
+#include "export/TakeExport.h"
 #include "media/ColorConversion.h"
+#include "media/MovieReader.h"
 #include "media/MovieWriter.h"
 #include "motion/ZoomEngine.h"
 #include "render/CpuRenderer.h"
-#include "take/OpenTake.h"
 
 namespace tessaloom {
 namespace {
@@ -119,54 +120,69 @@ TakeBundle makeTake(const fs::path& folder, double seconds, double rate) {
 }
 
 void exportTake(const TakeBundle& bundle, const fs::path& destination) {
-    const OpenTake take = OpenTake::open(bundle);
-    Exporter::Settings settings;
-    settings.segments = take.keptSegments(0);
-    settings.makeComposer = [&take](Size size, Point hotspot) { return take.composer(size, hotspot); };
+    const Exporter::Settings settings = exportSettings(OpenTake::open(bundle), {}, 0);
     Exporter exporter = Exporter::prepare(bundle, settings, [] { return std::make_unique<CpuRenderer>(); });
     exporter.exportVideo(destination, [](double) {}, {});
 }
 
-void plainTranscode(const fs::path& movie, const fs::path& destination) {
-    const auto bitRate = movieBitRate({width, height}, bitsPerPixel(QualityPreset::high));
-    const std::string command = "ffmpeg -v error -y -i '" + movie.string() + "' -r 60 " +
-                                H264Settings::exported(width, height, bitRate).commandLine() +
+void plainTranscode(const fs::path& movie, CanvasSize canvas, const fs::path& destination) {
+    const auto bitRate = movieBitRate(canvas, bitsPerPixel(QualityPreset::high));
+    const std::string command = "ffmpeg -v error -nostdin -y -i '" + movie.string() + "' -r 60 -s " +
+                                std::to_string(canvas.width) + "x" + std::to_string(canvas.height) + " " +
+                                H264Settings::exported(canvas.width, canvas.height, bitRate).commandLine() +
                                 " -movflags faststart '" + destination.string() + "'";
     // The only other threads are the exporter's, which have ended.
     if (std::system(command.c_str()) != 0)  // NOLINT(concurrency-mt-unsafe)
         throw std::runtime_error("ffmpeg failed");
 }
 
-void compare(double seconds, double rate) {
-    const fs::path folder = fs::temp_directory_path() / "tessaloom-export-bench";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-    const TakeBundle bundle = makeTake(folder, seconds, rate);
-    const fs::path recording = bundle.file(TakeBundle::screenFile);
+CanvasSize sizeOf(const fs::path& movie) {
+    const auto reader = MovieReader::open(movie);
+    return {reader->naturalWidth(), reader->naturalHeight()};
+}
+
+void compare(const TakeBundle& bundle, const fs::path& folder) {
     const fs::path exported = folder / "export.mp4";
     const Cost ours = costOf([&] { exportTake(bundle, exported); });
-    const Cost plain = costOf([&] { plainTranscode(recording, folder / "plain.mp4"); });
-    const Cost again = costOf([&] { plainTranscode(exported, folder / "again.mp4"); });
-    const auto print = [&](const char* what, const Cost& cost) {
+    const auto compareWith = [&](const char* what, const fs::path& movie) {
+        const CanvasSize canvas = sizeOf(exported);
+        const Cost cost = costOf([&] { plainTranscode(movie, canvas, folder / "plain.mp4"); });
         std::printf(
-            "%-30s wall %6.2f s, cpu %6.2f s; the export took %.2f of the wall and %.2f of the cpu time\n",
+            "%-28s wall %6.2f s, cpu %6.2f s; the export took %.2f of the wall and %.2f of the cpu time\n",
             what, cost.wallSeconds, cost.cpuSeconds, ours.wallSeconds / cost.wallSeconds,
             ours.cpuSeconds / cost.cpuSeconds);
     };
-    print("export", ours);
-    print("plain transcode of the take", plain);
-    print("plain transcode of the export", again);
+    std::printf("%-28s wall %6.2f s, cpu %6.2f s\n", "export", ours.wallSeconds, ours.cpuSeconds);
+    compareWith("plain transcode of the take", bundle.file(TakeBundle::screenFile));
+    compareWith("plain transcode of the export", exported);
+    std::fflush(stdout);
+}
+
+void run(const QCommandLineParser& arguments) {
+    const fs::path folder = fs::temp_directory_path() / "tessaloom-export-bench";
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    const QStringList words = arguments.positionalArguments();
+    const fs::path existing = words.value(0).toStdString();
+    const TakeBundle bundle = fs::is_directory(existing) ? TakeBundle{existing}
+                                                         : makeTake(folder, words.value(0, "10").toDouble(),
+                                                                    words.value(1, "60").toDouble());
+    for (int round = arguments.value("rounds").toInt(); round > 0; --round)
+        compare(bundle, folder);
     fs::remove_all(folder);
 }
 
 }  // namespace
 }  // namespace tessaloom
 
-int main(int argumentCount, char** arguments) {
+int main(int argumentCount, char** argumentValues) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argumentCount, arguments);
-    const double seconds = argumentCount > 1 ? std::atof(arguments[1]) : 10;
-    const double rate = argumentCount > 2 ? std::atof(arguments[2]) : 60;
-    tessaloom::compare(seconds, rate);
+    const QGuiApplication application(argumentCount, argumentValues);
+    QCommandLineParser arguments;
+    arguments.addHelpOption();
+    arguments.addOption({"rounds", "How often each comparison is made.", "N", "1"});
+    arguments.addPositionalArgument("BUNDLE | SECONDS RATE", "What to export.");
+    arguments.process(application);
+    tessaloom::run(arguments);
     return 0;
 }

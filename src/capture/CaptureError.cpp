@@ -3,8 +3,8 @@
 
 namespace tessaloom {
 
-CaptureError CaptureError::noDisplay() {
-    return {Kind::noDisplay, "No display available to capture."};
+CaptureError CaptureError::noDisplay(const std::string& advice) {
+    return {Kind::noDisplay, "No display available to capture. " + advice};
 }
 
 CaptureError CaptureError::noFrames() {

@@ -11,7 +11,8 @@ class CaptureError : public std::runtime_error {
   public:
     enum class Kind { noDisplay, noFrames, windowNotFound };
 
-    static CaptureError noDisplay();
+    /// `advice` is a sentence on what to do about it.
+    static CaptureError noDisplay(const std::string& advice);
     static CaptureError noFrames();
     /// `wanted` is the application, or the application and the title in double quotes, as the user wrote
     /// them.

@@ -75,9 +75,8 @@ QCoro::Task<> RecordingController::startSources(CaptureSource source, RecordingP
     if (cancel.stop_requested()) co_return;
 
     const std::uint64_t streamStartHostTime = HostClock::nanoseconds();
-    screen_ = ScreenCaptureEngine::start(
-        platform_, target, bundle_->file(TakeBundle::screenFile),
-        [this](const std::string& reason) { Q_EMIT sourceEnded(QString::fromStdString(reason)); });
+    screen_ = ScreenCaptureEngine::start(platform_, target, bundle_->file(TakeBundle::screenFile),
+                                         [this](const std::string& reason) { announceEnd(reason); });
     {
         const std::stop_callback release(cancel, [this] { screen_->releaseWaiter(); });
         co_await screen_->waitForOrigin(originLimit);
@@ -85,6 +84,13 @@ QCoro::Task<> RecordingController::startSources(CaptureSource source, RecordingP
     if (cancel.stop_requested()) co_return;
     if (!screen_->started()) throw CaptureError::noFrames();
     startInput(streamStartHostTime);
+}
+
+/// Any thread: whoever listens hears it on the main one.
+void RecordingController::announceEnd(const std::string& reason) {
+    const auto text = QString::fromStdString(reason);
+    QMetaObject::invokeMethod(
+        this, [this, text] { Q_EMIT sourceEnded(text); }, Qt::QueuedConnection);
 }
 
 QCoro::Task<> RecordingController::countDown(int seconds, std::stop_token cancel) {

@@ -62,6 +62,7 @@ class RecordingController : public QObject {
     void setState(State state);
     QCoro::Task<> startSources(CaptureSource source, RecordingPreferences preferences,
                                std::stop_token cancel);
+    void announceEnd(const std::string& reason);
     QCoro::Task<> countDown(int seconds, std::stop_token cancel);
     void startInput(std::uint64_t streamStartHostTime);
     void storeLog(const EventLog& log);

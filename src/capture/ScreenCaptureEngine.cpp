@@ -47,7 +47,9 @@ StreamConfiguration streamConfiguration(const CaptureTarget& target) {
     configuration.source = {nearestPixel(captured.x - content.x, scale),
                             nearestPixel(captured.y - content.y, scale), evenPixels(captured.width, scale),
                             evenPixels(captured.height, scale)};
-    if (configuration.source.width < 2 || configuration.source.height < 2) throw CaptureError::noDisplay();
+    if (configuration.source.width < 2 || configuration.source.height < 2) {
+        throw CaptureError::noDisplay("What was chosen has no extent on it.");
+    }
     return configuration;
 }
 

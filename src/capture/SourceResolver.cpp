@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string>
+#include <utility>
 
 #include "capture/CaptureError.h"
 
@@ -38,8 +40,15 @@ std::size_t mainDisplayIndex(const ShareableContent& content) {
     return main == content.displays.end() ? 0 : static_cast<std::size_t>(main - content.displays.begin());
 }
 
+[[noreturn]] void refuseNumber(const ShareableContent& content) {
+    const std::size_t count = content.displays.size();
+    throw CaptureError::noDisplay(count == 0 ? "The desktop has none at present."
+                                  : count == 1
+                                      ? "There is only display 0."
+                                      : "The displays are numbered 0 to " + std::to_string(count - 1) + ".");
+}
+
 CaptureTarget displayTarget(const ShareableContent& content, std::size_t index) {
-    if (index >= content.displays.size()) throw CaptureError::noDisplay();
     const Rect bounds = content.displays[index].bounds;
     CaptureTarget target{{std::nullopt, bounds, content.pointPixelScale}, std::nullopt, std::nullopt};
     if (index != mainDisplayIndex(content)) target.displayBounds = bounds;
@@ -47,11 +56,13 @@ CaptureTarget displayTarget(const ShareableContent& content, std::size_t index) 
 }
 
 CaptureTarget resolve(const MainDisplaySource&, const ShareableContent& content) {
+    if (content.displays.empty()) refuseNumber(content);
     return displayTarget(content, mainDisplayIndex(content));
 }
 
 CaptureTarget resolve(const DisplaySource& source, const ShareableContent& content) {
-    if (source.number < 0) throw CaptureError::noDisplay();
+    if (source.number < 0 || std::cmp_greater_equal(source.number, content.displays.size()))
+        refuseNumber(content);
     return displayTarget(content, static_cast<std::size_t>(source.number));
 }
 
@@ -65,6 +76,7 @@ CaptureTarget resolve(const RegionSource& source, const ShareableContent& conten
             bestPart = part;
         }
     }
+    if (best == content.displays.size()) throw CaptureError::noDisplay("The area lies off every display.");
     CaptureTarget target = displayTarget(content, best);
     target.region = bestPart;
     return target;

@@ -62,10 +62,6 @@ std::vector<double> boundaries(const CutInputs& inputs) {
     return points;
 }
 
-bool contains(const TimeSegment& range, double time) {
-    return range.start <= time && time <= range.end;
-}
-
 }  // namespace
 
 std::vector<TimeSegment> keptRanges(const CutInputs& inputs) {
@@ -79,18 +75,26 @@ std::vector<TimeSegment> playableRanges(const CutInputs& inputs) {
     return rangesWithin(inputs, 0, inputs.totalDuration, {0, std::max(inputs.totalDuration, shortest)});
 }
 
-std::vector<ClipSegment> timelineSegments(const CutInputs& inputs) {
-    std::vector<ClipSegment> segments;
+std::vector<TimeSegment> piecesBetweenSplits(const CutInputs& inputs) {
+    std::vector<TimeSegment> pieces;
     const std::vector<double> points = boundaries(inputs);
     for (std::size_t index = 0; index + 1 < points.size(); ++index) {
-        const TimeSegment range{points[index], points[index + 1]};
-        if (!(range.start + minimumPiece < range.end)) continue;
-        const double middle = (range.start + range.end) * 0.5;
-        const bool removed = std::ranges::any_of(
-            inputs.removedRanges, [middle](const TimeSegment& each) { return contains(each, middle); });
-        segments.push_back({range, removed});
+        const TimeSegment piece{points[index], points[index + 1]};
+        if (piece.start + minimumPiece < piece.end) pieces.push_back(piece);
     }
+    return pieces;
+}
+
+std::vector<ClipSegment> timelineSegments(const CutInputs& inputs) {
+    std::vector<ClipSegment> segments;
+    for (const TimeSegment& piece : piecesBetweenSplits(inputs))
+        segments.push_back({piece, middleLiesInAny(inputs.removedRanges, piece)});
     return segments;
+}
+
+bool middleLiesInAny(std::span<const TimeSegment> ranges, const TimeSegment& piece) {
+    const double middle = (piece.start + piece.end) * 0.5;
+    return std::ranges::any_of(ranges, [middle](const TimeSegment& range) { return range.contains(middle); });
 }
 
 std::vector<TimeSegment> validRanges(std::span<const TimeSegment> segments) {

@@ -37,9 +37,15 @@ std::vector<TimeSegment> keptRanges(const CutInputs& inputs);
 /// The same over the whole recording, without the trim.
 std::vector<TimeSegment> playableRanges(const CutInputs& inputs);
 
+/// What the split points make of the trimmed recording, ascending. Pieces of 0.02 s or less are left out.
+std::vector<TimeSegment> piecesBetweenSplits(const CutInputs& inputs);
+
 /// The blocks that the split points make of the trimmed recording. A block counts as removed when its middle
 /// lies in a removed range.
 std::vector<ClipSegment> timelineSegments(const CutInputs& inputs);
+
+/// How a mark that was put on a piece finds it again, also after the piece's ends have moved a little.
+bool middleLiesInAny(std::span<const TimeSegment> ranges, const TimeSegment& piece);
 
 /// The segments that have a length.
 std::vector<TimeSegment> validRanges(std::span<const TimeSegment> segments);

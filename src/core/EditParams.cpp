@@ -4,6 +4,7 @@
 #include "core/DecodeError.h"
 #include "core/Json.h"
 #include "core/LookFields.h"
+#include "core/ZoomFields.h"
 
 namespace tessaloom {
 
@@ -11,14 +12,6 @@ template <typename Coder, RecordOf<TrimRange> Record>
 void fields(Coder& coder, Record& trim) {
     coder.field("start", trim.start);
     coder.field("end", trim.end);
-}
-
-template <typename Coder, RecordOf<RelativeRect> Record>
-void fields(Coder& coder, Record& rect) {
-    coder.field("x", rect.x);
-    coder.field("y", rect.y);
-    coder.field("width", rect.width);
-    coder.field("height", rect.height);
 }
 
 template <typename Coder, RecordOf<TimeSegment> Record>
@@ -40,16 +33,6 @@ void fields(Coder& coder, Record& caption) {
     coder.required("end", caption.end);
     coder.field("text", caption.text);
     coder.field("words", caption.words);
-}
-
-template <typename Coder, RecordOf<ZoomKeyframe> Record>
-void fields(Coder& coder, Record& keyframe) {
-    coder.field("id", keyframe.id);
-    coder.required("startPTS", keyframe.startPTS);
-    coder.required("endPTS", keyframe.endPTS);
-    coder.field("targetRect", keyframe.targetRect);
-    coder.field("easeIn", keyframe.easeIn);
-    coder.field("easeOut", keyframe.easeOut);
 }
 
 template <typename Coder, RecordOf<EditParams> Record>

@@ -221,6 +221,10 @@ bool writeJson(double value, JsonValue& result, JsonAllocator&) {
     return true;
 }
 
+bool writeJson(float value, JsonValue& result, JsonAllocator& allocator) {
+    return writeJson(static_cast<double>(value), result, allocator);
+}
+
 bool writeJson(int value, JsonValue& result, JsonAllocator&) {
     result.SetInt(value);
     return true;
@@ -231,9 +235,13 @@ bool writeJson(std::uint64_t value, JsonValue& result, JsonAllocator&) {
     return true;
 }
 
-bool writeJson(const std::string& value, JsonValue& result, JsonAllocator& allocator) {
+bool writeJson(std::string_view value, JsonValue& result, JsonAllocator& allocator) {
     result.SetString(value.data(), static_cast<rapidjson::SizeType>(value.size()), allocator);
     return true;
+}
+
+bool writeJson(const std::string& value, JsonValue& result, JsonAllocator& allocator) {
+    return writeJson(std::string_view(value), result, allocator);
 }
 
 bool writeJson(const Uuid& value, JsonValue& result, JsonAllocator& allocator) {

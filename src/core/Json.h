@@ -67,8 +67,11 @@ bool readJson(const JsonValue& value, Record& result);
 /// Each answers whether there is anything to write.
 bool writeJson(bool value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(double value, JsonValue& result, JsonAllocator& allocator);
+/// As the 64-bit number of the same value, so that it reads back the same in either width.
+bool writeJson(float value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(int value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(std::uint64_t value, JsonValue& result, JsonAllocator& allocator);
+bool writeJson(std::string_view value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(const std::string& value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(const Uuid& value, JsonValue& result, JsonAllocator& allocator);
 template <Enumeration T>
@@ -186,7 +189,7 @@ bool readJson(const JsonValue& value, Record& result) {
 
 template <Enumeration T>
 bool writeJson(const T& value, JsonValue& result, JsonAllocator& allocator) {
-    return writeJson(std::string(rawString(value)), result, allocator);
+    return writeJson(rawString(value), result, allocator);
 }
 
 template <typename T>

@@ -9,6 +9,8 @@ struct TimeSegment {
     double end = 0;
 
     double length() const { return end - start; }
+    /// Both ends belong to it.
+    bool contains(double time) const { return start <= time && time <= end; }
 
     bool operator==(const TimeSegment&) const = default;
 };

@@ -1,20 +1,52 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/ExportStaging.h"
 
+#include <fcntl.h>
 #include <stdlib.h>
 
+#include <chrono>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 namespace tessaloom {
 namespace {
 
+constexpr std::string_view folderPrefix = ".tessaloom-export-";
+/// A younger folder may not be locked yet.
+constexpr std::chrono::minutes youngestAbandoned{1};
+
 /// A new hidden folder beside `destination`, on the same volume so that the last step is a rename.
 std::optional<std::filesystem::path> makeFolderBeside(const std::filesystem::path& destination) {
-    std::string name = (destination.parent_path() / ".tessaloom-export-XXXXXX").string();
+    std::string name = (destination.parent_path() / folderPrefix).string() + "XXXXXX";
     if (mkdtemp(name.data()) == nullptr) return std::nullopt;
     return name;
+}
+
+/// Nothing when another process holds the lock, or where there are no locks.
+std::optional<FileDescriptor> lockFolder(const std::filesystem::path& folder) {
+    try {
+        auto descriptor = FileDescriptor::open(folder, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+        if (descriptor.tryLock()) return descriptor;
+    } catch (const std::system_error&) {
+    }
+    return std::nullopt;
+}
+
+void removeIfAbandoned(const std::filesystem::path& folder) {
+    std::error_code failed;
+    const auto changed = std::filesystem::last_write_time(folder, failed);
+    if (failed || std::filesystem::file_time_type::clock::now() - changed < youngestAbandoned) return;
+    if (lockFolder(folder)) std::filesystem::remove_all(folder, failed);
+}
+
+void removeAbandonedFolders(const std::filesystem::path& parent) {
+    std::error_code failed;
+    for (auto entry = std::filesystem::directory_iterator(parent, failed);
+         !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
+        if (entry->path().filename().string().starts_with(folderPrefix)) removeIfAbandoned(entry->path());
+    }
 }
 
 }  // namespace
@@ -23,6 +55,8 @@ ExportStaging::ExportStaging(std::filesystem::path destination)
     : destination_(std::move(destination)), folder_(makeFolderBeside(destination_)) {
     if (folder_) {
         url_ = *folder_ / destination_.filename();
+        lock_ = lockFolder(*folder_).value_or(FileDescriptor());
+        removeAbandonedFolders(destination_.parent_path());
         return;
     }
     url_ = destination_;

@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <optional>
 
+#include "core/FileDescriptor.h"
+
 namespace tessaloom {
 
 /// Keeps an export out of sight until it is complete: it is written in a hidden folder beside its destination
 /// and takes the destination's place in one step. A staging that ends without a commit leaves nothing behind
-/// and the old file as it was.
+/// and the old file as it was; what exports that were killed have left there is cleared away by the next one.
 ///
 /// Where no folder can be made the export is written to the destination itself, whose old file is gone from
 /// the start.
@@ -31,6 +33,7 @@ class ExportStaging {
   private:
     std::filesystem::path destination_;
     std::optional<std::filesystem::path> folder_;
+    FileDescriptor lock_;  ///< on the folder: its maker lives
     std::filesystem::path url_;
     bool settled_ = false;
 };

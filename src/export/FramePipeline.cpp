@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "export/Exporter.h"
-#include "media/ColorConversion.h"
+#include "render/SubpixelGrid.h"
 
 namespace tessaloom {
 namespace {
@@ -74,7 +74,6 @@ void FramePipeline::draw(const std::function<void(double)>& progress, const std:
     const CloseAtEnd close(sourceFrames_, freeSourcePictures_, drawnFrames_, freeDrawnPictures_);
     const auto total = static_cast<double>(parts_.timeline.frameCount());
     const CanvasSize canvas = parts_.canvas;
-    BgraImage target(canvas.width, canvas.height);
     auto recording = std::make_unique<BgraImage>();
     std::uint64_t identity = 0;
     std::optional<FrameComposer::Frame> last;
@@ -85,13 +84,14 @@ void FramePipeline::draw(const std::function<void(double)>& progress, const std:
             freeSourcePictures_.push(std::exchange(recording, std::move(source->picture)));
             ++identity;
         }
-        auto composed = parts_.composer.composeFrame(source->time, canvas.width, canvas.height);
+        auto composed =
+            onSubpixelGrid(parts_.composer.composeFrame(source->time, canvas.width, canvas.height),
+                           recording->width(), recording->height());
         DrawnFrame drawn{.index = source->index, .picture = {}};
         if (sourceChanged || last != composed) {
             drawn.picture = freeDrawnPictures_.pop().value_or(nullptr);
             if (!drawn.picture) return;
-            parts_.renderer.render(composed, {.recording = {recording->view(), identity}}, target);
-            bgraToYuv(target.view(), *drawn.picture, 0, 0);
+            parts_.renderer.render(composed, {.recording = {recording->view(), identity}}, *drawn.picture);
             last = std::move(composed);
         }
         if (!drawnFrames_.push(std::move(drawn))) return;

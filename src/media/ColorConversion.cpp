@@ -88,31 +88,42 @@ namespace hn = hwy::HWY_NAMESPACE;
 #if HWY_TARGET != HWY_SCALAR
 
 using Lanes32 = hn::ScalableTag<std::int32_t>;
-using Lanes64 = hn::Repartition<std::int64_t, Lanes32>;
+using Halves = hn::Repartition<std::int16_t, Lanes32>;
 using Bytes = hn::Rebind<std::uint8_t, Lanes32>;
 using Vector = hn::Vec<Lanes32>;
 
-/// Blue and red (low and high half) and green of one or more pixels per lane, 16 bits each.
+/// Of one or more pixels per lane, 16 bits each: blue in the low half and red in the high one; green in both.
 struct Channels {
     Vector blueRed;
-    Vector green;
+    Vector greenGreen;
 };
 
 Channels loadChannels(const std::uint8_t* pixels) {
     const Lanes32 lanes;
     const auto pixel = hn::LoadU(lanes, reinterpret_cast<const std::int32_t*>(pixels));
-    return {hn::And(pixel, hn::Set(lanes, 0x00FF00FF)),
-            hn::And(hn::ShiftRight<8>(pixel), hn::Set(lanes, 0x000000FF))};
+    const auto green = hn::And(hn::ShiftRight<8>(pixel), hn::Set(lanes, 0x000000FF));
+    return {hn::And(pixel, hn::Set(lanes, 0x00FF00FF)), hn::Or(green, hn::ShiftLeft<16>(green))};
+}
+
+/// A lane's low half times `low` plus its high half times `high`.
+Vector halvesWeighted(Vector halves, std::int32_t low, std::int32_t high) {
+    const Lanes32 lanes;
+    const Halves words;
+    const auto weights = hn::BitCast(words, hn::Set(lanes, high * 65536 + (low & 0xFFFF)));
+    auto upperSums = hn::Zero(lanes);
+    const auto sums =
+        hn::ReorderWidenMulAccumulate(lanes, hn::BitCast(words, halves), weights, hn::Zero(lanes), upperSums);
+    return hn::RearrangeToOddPlusEven(sums, upperSums);
 }
 
 template <int bits>
 void storeWeighted(const Weights& weights, const Channels& channels, std::uint8_t* out) {
     const Lanes32 lanes;
-    const auto blue = hn::And(channels.blueRed, hn::Set(lanes, 0xFFFF));
-    const auto red = hn::ShiftRight<16>(channels.blueRed);
-    auto sum = hn::Add(hn::Set(lanes, weights.offset), hn::Mul(blue, hn::Set(lanes, weights.blue)));
-    sum = hn::Add(sum, hn::Mul(channels.green, hn::Set(lanes, weights.green)));
-    sum = hn::Add(sum, hn::Mul(red, hn::Set(lanes, weights.red)));
+    // Green's weight may not fit 16 bits; its halves do.
+    const std::int32_t lessGreen = weights.green / 2;
+    auto sum =
+        hn::Add(hn::Set(lanes, weights.offset), halvesWeighted(channels.blueRed, weights.blue, weights.red));
+    sum = hn::Add(sum, halvesWeighted(channels.greenGreen, lessGreen, weights.green - lessGreen));
     hn::StoreU(hn::DemoteTo(Bytes(), hn::ShiftRight<bits>(sum)), Bytes(), out);
 }
 
@@ -127,7 +138,7 @@ Channels columnSums(const RowPair& rows, std::ptrdiff_t x) {
     const Channels lower = loadChannels(rows.pixels[1] + 4 * x);
     storeWeighted<weightBits>(lumaWeights, upper, rows.luma[0] + x);
     storeWeighted<weightBits>(lumaWeights, lower, rows.luma[1] + x);
-    return {hn::Add(upper.blueRed, lower.blueRed), hn::Add(upper.green, lower.green)};
+    return {hn::Add(upper.blueRed, lower.blueRed), hn::Add(upper.greenGreen, lower.greenGreen)};
 }
 
 /// Converts as many columns as fill whole vectors and returns their count.
@@ -137,7 +148,8 @@ int convertColumns(const RowPair& rows, int width) {
     for (; x + 2 * step <= width; x += 2 * step) {
         const Channels left = columnSums(rows, x);
         const Channels right = columnSums(rows, x + step);
-        const Channels sums{pairSums(left.blueRed, right.blueRed), pairSums(left.green, right.green)};
+        const Channels sums{pairSums(left.blueRed, right.blueRed),
+                            pairSums(left.greenGreen, right.greenGreen)};
         storeWeighted<chromaBits>(blueWeights, sums, rows.chromaBlue + x / 2);
         storeWeighted<chromaBits>(redWeights, sums, rows.chromaRed + x / 2);
     }

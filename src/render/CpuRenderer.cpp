@@ -7,6 +7,7 @@
 #include <functional>
 #include <utility>
 
+#include "media/ColorConversion.h"
 #include "render/KeystrokeChipRaster.h"
 #include "render/KeystrokePlacement.h"
 #include "render/PictureFile.h"
@@ -15,6 +16,7 @@
 namespace tessaloom {
 namespace {
 
+/// Even, as a YUV picture needs it.
 constexpr int bandHeight = 16;
 /// Fainter overlays are not drawn.
 constexpr float leastAlpha = 0.001F;
@@ -37,26 +39,46 @@ CpuRenderer::CpuRenderer(int threads, std::vector<std::string> themes)
       cursor_(makeCursor(cursorStyle_)),
       blank_(blackPixel()),
       pool_(threads),
-      scratch_(static_cast<std::size_t>(pool_.participants())) {}
+      scratch_(static_cast<std::size_t>(pool_.participants())),
+      bands_(static_cast<std::size_t>(pool_.participants())) {}
 
 void CpuRenderer::render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) {
-    prepareComposite(frame.uniforms, sources.recording);
-    prepareCursor(frame.cursor, target);
-    prepareKeystroke(frame.keystroke, target);
+    prepare(frame, sources, {target.width(), target.height()});
     const auto drawBand = [&](int first, int last, int participant) {
         RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
         for (int y = first; y < last; ++y)
-            drawRow(frame, y, scratch, target);
+            drawRow(frame, y, scratch, target.row(y));
     };
     pool_.forEachBand(target.height(), bandHeight, std::cref(drawBand));
 }
 
+void CpuRenderer::render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) {
+    prepare(frame, sources, {target.width(), target.height()});
+    for (BgraImage& band : bands_) {
+        if (band.width() != target.width()) band = BgraImage(target.width(), bandHeight);
+    }
+    const auto drawBand = [&](int first, int last, int participant) {
+        RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
+        BgraImage& band = bands_[static_cast<std::size_t>(participant)];
+        for (int y = first; y < last; ++y)
+            drawRow(frame, y, scratch, band.row(y - first));
+        bgraToYuv({band.row(0), band.width(), last - first, band.stride()}, target, 0, first);
+    };
+    pool_.forEachBand(target.height(), bandHeight, std::cref(drawBand));
+}
+
+void CpuRenderer::prepare(const FrameComposer::Frame& frame, const FrameSources& sources,
+                          CanvasExtent canvas) {
+    prepareComposite(frame.uniforms, sources.recording);
+    prepareCursor(frame.cursor, canvas);
+    prepareKeystroke(frame.keystroke, canvas);
+}
+
 void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch,
-                          BgraImage& target) const {
-    std::uint8_t* row = target.row(y);
+                          std::uint8_t* row) const {
     composite_.drawRow(y, scratch, row);
     for (const RippleUniforms& ripple : frame.ripples)
-        drawRippleRow(ripple, y, target.width(), row);
+        drawRippleRow(ripple, y, static_cast<int>(frame.uniforms.a.x), row);
     cursorStage_.drawRow(y, scratch, row);
     keystrokeStage_.drawRow(y, scratch, row);
 }
@@ -69,7 +91,7 @@ void CpuRenderer::prepareComposite(const CompositeUniforms& uniforms, const Sour
     composite_.prepare(uniforms, pictures, pool_, scratch_);
 }
 
-void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, const BgraImage& canvas) {
+void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas) {
     cursorStage_.clear();
     if (!cursor) return;
     const RoundedBox content{toRect(cursor->content), cursor->meta.z};
@@ -77,20 +99,20 @@ void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, con
                    {toRect(cursor->rect), cursor->meta.w, content}, canvas);
 }
 
-void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, const BgraImage& canvas) {
+void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas) {
     keystrokeStage_.clear();
     if (!chip || chip->alpha <= leastAlpha) return;
     const Chip* raster = keystrokeChip(chip->text);
     if (raster == nullptr) return;
-    const Rect place = keystrokePlacement(raster->pixels, static_cast<float>(canvas.width()),
-                                          static_cast<float>(canvas.height()));
+    const Rect place = keystrokePlacement(raster->pixels, static_cast<float>(canvas.width),
+                                          static_cast<float>(canvas.height));
     prepareOverlay(keystrokeStage_, raster->picture.forWidth(place.width), {place, chip->alpha, {}}, canvas);
 }
 
 void CpuRenderer::prepareOverlay(PictureStage& stage, BgraView picture,
-                                 const PictureStage::Placement& placement, const BgraImage& canvas) {
-    growScratch(picture.width, canvas.width());
-    stage.prepare(picture, placement, canvas.width(), canvas.height());
+                                 const PictureStage::Placement& placement, CanvasExtent canvas) {
+    growScratch(picture.width, canvas.width);
+    stage.prepare(picture, placement, canvas.width, canvas.height);
 }
 
 void CpuRenderer::growScratch(int pictureWidth, int canvasWidth) {

@@ -23,6 +23,7 @@ class CpuRenderer final : public Renderer {
                          std::vector<std::string> themes = cursorThemes());
 
     void render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) override;
+    void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) override;
 
     void makeCursorTexture(CursorStyle style) override;
     CursorStyle cursorStyle() const override { return cursorStyle_; }
@@ -42,16 +43,22 @@ class CpuRenderer final : public Renderer {
         PictureLevels picture;
         Size pixels;
     };
+    /// In pixels.
+    struct CanvasExtent {
+        int width = 0;
+        int height = 0;
+    };
 
     Cursor makeCursor(CursorStyle style) const;
     const Chip* keystrokeChip(std::string_view text);
+    void prepare(const FrameComposer::Frame& frame, const FrameSources& sources, CanvasExtent canvas);
     void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
-    void prepareCursor(const std::optional<CursorUniforms>& cursor, const BgraImage& canvas);
-    void prepareKeystroke(const std::optional<KeystrokeChip>& chip, const BgraImage& canvas);
+    void prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas);
+    void prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas);
     void prepareOverlay(PictureStage& stage, BgraView picture, const PictureStage::Placement& placement,
-                        const BgraImage& canvas);
+                        CanvasExtent canvas);
     void growScratch(int pictureWidth, int canvasWidth);
-    void drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch, BgraImage& target) const;
+    void drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch, std::uint8_t* row) const;
 
     std::vector<std::string> themes_;
     CursorStyle cursorStyle_ = CursorStyle::system;
@@ -68,6 +75,8 @@ class CpuRenderer final : public Renderer {
     PictureStage keystrokeStage_;
     WorkerPool pool_;
     std::vector<RowScratch> scratch_;
+    /// One per participant: a band on its way into a YUV picture.
+    std::vector<BgraImage> bands_;
 };
 
 }  // namespace tessaloom

@@ -22,6 +22,7 @@ static_assert(std::endian::native == std::endian::little);
 using Words = hn::ScalableTag<std::int16_t>;
 using Bytes = hn::Rebind<std::uint8_t, Words>;
 using Sums = hn::Rebind<std::uint16_t, Words>;
+using Texels = hn::ScalableTag<std::uint32_t>;
 
 // The rounding of MulFixedPoint15, for what is left over behind the last whole vector.
 std::uint8_t mixByte(int a, int b, int weight) {
@@ -61,17 +62,48 @@ void mixPixels(const std::uint8_t* a, const std::uint8_t* b, const std::int16_t*
         out[i] = mixByte(a[i], b[i], weights[i]);
 }
 
-// Neighbours are fetched by plain 8-byte loads into two short runs that stay in the first-level cache:
-// measured twice as fast as gather instructions. The split of a pair relies on the little-endian order
-// asserted above.
+// Columns `columns[0]` and following ones into `left`, the ones right of them into `right`, as many as fill
+// whole vectors and lie close enough together to be picked out of one; returns their count. Nothing from
+// texel `end` on is read.
+std::size_t pickNeighbours(const std::uint8_t* source, const std::int32_t* columns, std::size_t count,
+                           std::int32_t end, std::uint8_t* left, std::uint8_t* right) {
+    const Texels texels;
+    const hn::RebindToSigned<Texels> places;
+    const std::size_t step = hn::Lanes(texels);
+    const auto reach = hn::Set(texels, static_cast<std::uint32_t>(step));
+    std::size_t i = 0;
+    for (; i + step <= count; i += step) {
+        const std::int32_t first = columns[i];
+        if (first + 1 + static_cast<std::int32_t>(step) > end) break;
+        const auto offsets = hn::Sub(hn::LoadU(places, columns + i), hn::Set(places, first));
+        // A column before the first one is a huge offset without its sign.
+        if (!hn::AllTrue(texels, hn::Lt(hn::BitCast(texels, offsets), reach))) break;
+        const auto indices = hn::IndicesFromVec(texels, offsets);
+        const std::uint8_t* from = source + static_cast<std::ptrdiff_t>(first) * 4;
+        const auto near = hn::LoadU(texels, reinterpret_cast<const std::uint32_t*>(from));
+        const auto next = hn::LoadU(texels, reinterpret_cast<const std::uint32_t*>(from + 4));
+        hn::StoreU(hn::TableLookupLanes(near, indices), texels,
+                   reinterpret_cast<std::uint32_t*>(left + i * 4));
+        hn::StoreU(hn::TableLookupLanes(next, indices), texels,
+                   reinterpret_cast<std::uint32_t*>(right + i * 4));
+    }
+    return i;
+}
+
+// Neighbours are fetched into two short runs that stay in the first-level cache: by permuting vectors while
+// the columns lie close together, otherwise by plain 8-byte loads (measured twice as fast as gather
+// instructions). The split of a pair relies on the little-endian order asserted above.
 void resampleRow(const std::uint8_t* source, const std::int32_t* columns, const std::int16_t* weights,
                  std::uint8_t* out, std::size_t pixels) {
+    if (pixels == 0) return;
     constexpr std::size_t runLength = 256;
     alignas(64) std::array<std::uint8_t, runLength * 4> left;
     alignas(64) std::array<std::uint8_t, runLength * 4> right;
+    const std::int32_t end = columns[pixels - 1] + 2;
     for (std::size_t start = 0; start < pixels; start += runLength) {
         const std::size_t run = std::min(runLength, pixels - start);
-        for (std::size_t i = 0; i < run; ++i) {
+        std::size_t i = pickNeighbours(source, columns + start, run, end, left.data(), right.data());
+        for (; i < run; ++i) {
             std::uint64_t pair;
             std::memcpy(&pair, source + static_cast<std::ptrdiff_t>(columns[start + i]) * 4, sizeof pair);
             const auto first = static_cast<std::uint32_t>(pair);

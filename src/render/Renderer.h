@@ -10,6 +10,7 @@
 #include "core/CursorStyle.h"
 #include "core/Geometry.h"
 #include "media/BgraImage.h"
+#include "media/YuvImage.h"
 #include "render/FrameComposer.h"
 
 namespace tessaloom {
@@ -38,6 +39,9 @@ class Renderer {
     /// pictures are missing are left out; nothing else can fail.
     virtual void render(const FrameComposer::Frame& frame, const FrameSources& sources,
                         BgraImage& target) = 0;
+
+    /// The same picture, converted as `bgraToYuv` does.
+    virtual void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) = 0;
 
     /// Replaces the cursor image. Starts as `CursorStyle::system`.
     virtual void makeCursorTexture(CursorStyle style) = 0;

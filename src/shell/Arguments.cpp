@@ -12,6 +12,13 @@ namespace {
     throw UsageError(QStringLiteral("--%1 takes %2, not \"%3\".").arg(option, wanted, value).toStdString());
 }
 
+double finiteNumber(const QString& option, const QString& value) {
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    if (!ok || !std::isfinite(number)) refuseValue(option, value, "a number");
+    return number;
+}
+
 }  // namespace
 
 Arguments::Arguments(const QStringList& words, const QList<OptionName>& options,
@@ -40,10 +47,7 @@ std::optional<QString> Arguments::text(const QString& option) const {
 std::optional<double> Arguments::number(const QString& option) const {
     const auto value = text(option);
     if (!value) return std::nullopt;
-    bool ok = false;
-    const double number = value->toDouble(&ok);
-    if (!ok || !std::isfinite(number)) refuseValue(option, *value, "a number");
-    return number;
+    return finiteNumber(option, *value);
 }
 
 std::optional<int> Arguments::integer(const QString& option) const {
@@ -53,6 +57,13 @@ std::optional<int> Arguments::integer(const QString& option) const {
     const int number = value->toInt(&ok);
     if (!ok) refuseValue(option, *value, "a whole number");
     return number;
+}
+
+std::vector<double> Arguments::numbers(const QString& option) const {
+    std::vector<double> numbers;
+    for (const QString& value : parser_.values(option))
+        numbers.push_back(finiteNumber(option, value));
+    return numbers;
 }
 
 }  // namespace tessaloom

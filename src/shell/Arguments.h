@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
-#include <string>
+#include <vector>
 
 namespace tessaloom {
 
@@ -32,6 +32,9 @@ class Arguments {
     std::optional<QString> text(const QString& option) const;
     std::optional<double> number(const QString& option) const;
     std::optional<int> integer(const QString& option) const;
+
+    /// All values of an option that may be repeated, in their order.
+    std::vector<double> numbers(const QString& option) const;
 
   private:
     QCommandLineParser parser_;

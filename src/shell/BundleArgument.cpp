@@ -9,6 +9,23 @@
 #include "take/RecordingLibrary.h"
 
 namespace tessaloom {
+namespace {
+
+void print(const Warnings& warnings) {
+    for (const std::string& warning : warnings)
+        std::cerr << "tessaloom: " << warning << '\n';
+}
+
+template <typename Record>
+Record readComplete(const TakeBundle& bundle, Record (*read)(const TakeBundle&, Warnings&)) {
+    Warnings warnings;
+    finishIfInterrupted(bundle, warnings);
+    Record record = read(bundle, warnings);
+    print(warnings);
+    return record;
+}
+
+}  // namespace
 
 TakeBundle findBundle(const QString& pathOrName) {
     const auto wanted = pathOrName.toStdString();
@@ -25,9 +42,16 @@ TakeBundle findBundle(const QString& pathOrName) {
 
 OpenTake openTake(const TakeBundle& bundle) {
     OpenTake take = OpenTake::open(bundle);
-    for (const std::string& warning : take.warnings)
-        std::cerr << "tessaloom: " << warning << '\n';
+    print(take.warnings);
     return take;
+}
+
+EventLog openLog(const TakeBundle& bundle) {
+    return readComplete(bundle, readLogOrEmpty);
+}
+
+EditParams openEdit(const TakeBundle& bundle) {
+    return readComplete(bundle, readEditOrFresh);
 }
 
 double playableDuration(const OpenTake& take) {

@@ -14,6 +14,10 @@ TakeBundle findBundle(const QString& pathOrName);
 /// Opens a take and prints what could not be read as warnings on stderr.
 OpenTake openTake(const TakeBundle& bundle);
 
+/// The stored log or edit alone, read and warned about in the same way.
+EventLog openLog(const TakeBundle& bundle);
+EditParams openEdit(const TakeBundle& bundle);
+
 /// The length that an export of the take covers when nothing is cut, in seconds: its log's, or its movie's
 /// when the log is empty. Throws when that movie can't be read.
 double playableDuration(const OpenTake& take);

@@ -11,6 +11,7 @@
 #include "media/MediaError.h"
 #include "shell/ExportCommand.h"
 #include "shell/FrameCommand.h"
+#include "shell/InspectCommand.h"
 #include "shell/ListCommands.h"
 #include "shell/RecordCommand.h"
 
@@ -93,6 +94,33 @@ Describes one recording. RECORDING is a path, or a name from "tessaloom list".
   --json           as an object, for scripts
 )",
             [](const QStringList& words, const CommandServices&) { return runInfoCommand(words); }},
+    Command{"inspect", "show the facts behind a recording, as JSON",
+            R"(Usage: tessaloom inspect log RECORDING
+       tessaloom inspect edit RECORDING
+       tessaloom inspect zooms RECORDING [--duration S] [--zoom-factor F]
+       tessaloom inspect cuts RECORDING
+       tessaloom inspect frame RECORDING --at S [--at S ...] --size WxH
+
+Prints what the program works with as JSON, for scripts and for finding out why a
+frame looks as it does. Needs no media files. Times are seconds of the recording,
+before any cuts.
+
+  log              pointer, clicks and keys as they were read, in the stored form
+  edit             the edit as it was read, in the stored form
+  zooms            the zoom blocks that the log gives rise to; stored ones don't count
+  cuts             the trim, what is kept and for how long, and where the camera is off
+  frame            what a frame shows and where; an object for each --at
+
+  --duration S     take the recording to be S seconds long (its log's own end)
+  --zoom-factor F  how much a zoom magnifies (2)
+  --at S           the frame's time; --at=-0.5 for one before the start
+  --size WxH       the picture's size in pixels
+
+Example: tessaloom inspect frame "Recording 2026-11-15 at 14.05.09" --at 5 --size 1920x1080
+)",
+            [](const QStringList& words, const CommandServices& services) {
+                return runInspectCommand(words, services.makeRenderer);
+            }},
 };
 
 void printOverview(std::ostream& out) {
@@ -106,14 +134,17 @@ void printOverview(std::ostream& out) {
            "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
 }
 
-/// What the user can do about a problem whose own words don't say it.
-const char* adviceFor(const std::exception& error) {
+/// The error as a sentence, and what the user can do about it where its own words don't say so.
+std::string explained(const std::exception& error) {
+    const std::string text = error.what();
     const bool recordingIsDamaged = dynamic_cast<const UnreadableMovie*>(&error) != nullptr ||
                                     dynamic_cast<const Exporter::Failure*>(&error) != nullptr;
-    if (recordingIsDamaged) return " Restore it from a copy, or record again.";
-    const bool fileIsRefused = dynamic_cast<const MediaError*>(&error) != nullptr ||
-                               dynamic_cast<const std::system_error*>(&error) != nullptr;
-    return fileIsRefused ? " Check the folder and the free space." : "";
+    if (recordingIsDamaged) return text + " Restore it from a copy, or record again.";
+    if (dynamic_cast<const MediaError*>(&error) != nullptr)
+        return text + " Check the folder and the free space.";
+    // The system's reason comes last in these, without a full stop.
+    const bool fileIsRefused = dynamic_cast<const std::system_error*>(&error) != nullptr;
+    return fileIsRefused ? text + ". Check the folder and the free space." : text;
 }
 
 ExitStatus run(const Command& command, const QStringList& words, const CommandServices& services) {
@@ -127,7 +158,7 @@ ExitStatus run(const Command& command, const QStringList& words, const CommandSe
         std::cerr << "tessaloom: " << error.what() << " See \"tessaloom " << command.name << " --help\".\n";
         return ExitStatus::usage;
     } catch (const std::exception& error) {
-        std::cerr << "tessaloom: " << error.what() << adviceFor(error) << '\n';
+        std::cerr << "tessaloom: " << explained(error) << '\n';
         return ExitStatus::failed;
     }
 }

@@ -43,7 +43,7 @@ std::optional<Value> chosen(const Arguments& arguments, const QString& option,
 }
 
 std::filesystem::path parseDestination(const QString& file) {
-    const std::filesystem::path path = file.toStdString();
+    std::filesystem::path path = file.toStdString();
     if (path.extension() != ".mp4") throw UsageError("-o takes a file name that ends in .mp4.");
     return path;
 }

@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FrameCommand.h"
 
+#include <QBuffer>
 #include <QImage>
-#include <QRegularExpression>
 #include <iostream>
 
-#include "export/ExportStaging.h"
+#include "core/AtomicFile.h"
 #include "export/HeldFrameReader.h"
 #include "export/TakeExport.h"
+#include "render/SubpixelGrid.h"
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
 #include "shell/OutputFile.h"
+#include "shell/SizeArgument.h"
 
 namespace tessaloom {
 namespace {
 
-constexpr int largestSide = 16384;
 /// Long enough to hold the picture in force at the time asked for, short enough to read little more.
 constexpr double readAheadSeconds = 1.0 / 60.0;
 
@@ -25,16 +26,6 @@ struct FrameArguments {
     std::optional<CanvasSize> size;
     std::filesystem::path destination;
 };
-
-CanvasSize parseSize(const QString& text) {
-    static const QRegularExpression pattern(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
-    const auto match = pattern.match(text);
-    const CanvasSize size{match.captured(1).toInt(), match.captured(2).toInt()};
-    if (size.width < 1 || size.height < 1 || size.width > largestSide || size.height > largestSide) {
-        throw UsageError("--size takes WIDTHxHEIGHT in pixels, 1 to 16384 each.");
-    }
-    return size;
-}
 
 FrameArguments parse(const QStringList& words) {
     const Arguments arguments(words, {{"at", "SECONDS", {}}, {"size", "WxH", {}}, {"output", "FILE", "o"}},
@@ -67,19 +58,19 @@ BgraImage drawFrame(const OpenTake& take, const FrameArguments& arguments, Rende
     held->toBgra(recording);
     const FrameComposer composer = take.composer(renderer.cursorImageSize(), renderer.cursorHotspot());
     BgraImage target(canvas.width, canvas.height);
-    renderer.render(composer.composeFrame(arguments.time, canvas.width, canvas.height),
+    const auto frame = composer.composeFrame(arguments.time, canvas.width, canvas.height);
+    renderer.render(onSubpixelGrid(frame, recording.width(), recording.height()),
                     {.recording = {recording.view(), 1}}, target);
     return target;
 }
 
+/// By way of memory, since Qt doesn't notice a file that the disk has no room for.
 void savePng(const BgraImage& image, const std::filesystem::path& destination) {
-    ExportStaging staging(destination);
     const QImage picture(image.row(0), image.width(), image.height(), image.stride(), QImage::Format_RGB32);
-    if (!picture.save(QString::fromStdString(staging.url().string()), "PNG")) {
-        throw CommandError("Couldn't write " + destination.string() +
-                           ". Check the folder and the free space.");
-    }
-    staging.commit();
+    QBuffer png;
+    png.open(QIODevice::WriteOnly);
+    if (!picture.save(&png, "PNG")) throw CommandError("The picture is too large. Choose a smaller --size.");
+    replaceFile(destination, png.data().toStdString());
 }
 
 }  // namespace

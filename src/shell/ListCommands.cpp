@@ -57,7 +57,7 @@ ExitStatus runListCommand(const QStringList& words) {
     const RecordingLibrary library(Defaults::libraryFolder());
     std::vector<RecordingSummary> summaries;
     for (const TakeBundle& bundle : library.recentBundles(std::numeric_limits<std::size_t>::max())) {
-        summaries.push_back(RecordingSummary::of(bundle));
+        if (isBundle(bundle.url)) summaries.push_back(RecordingSummary::of(bundle));
     }
     if (arguments.has("json")) {
         std::cout << encodePretty(summaries) << '\n';

@@ -16,7 +16,7 @@ bool isFolder(const std::filesystem::path& path) {
 }  // namespace
 
 std::filesystem::path outputFile(const std::filesystem::path& path) {
-    const auto file = std::filesystem::absolute(path);
+    auto file = std::filesystem::absolute(path);
     if (!isFolder(file.parent_path())) {
         throw CommandError("There is no folder \"" + file.parent_path().string() +
                            "\". Make it first, or choose another with -o.");

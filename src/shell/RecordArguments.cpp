@@ -54,7 +54,11 @@ RecordArguments RecordArguments::parse(const QStringList& words) {
                                {"window", "APP", {}},
                                {"title", "TEXT", {}},
                                {"countdown", "S", {}},
-                               {"duration", "S", {}}},
+                               {"duration", "S", {}},
+                               // Asked to leave out what isn't recorded anyway.
+                               {"no-microphone", {}, {}},
+                               {"no-camera", {}, {}},
+                               {"no-system-audio", {}, {}}},
                               {});
     RecordArguments parsed{parseSource(arguments), arguments.integer("countdown"),
                            arguments.number("duration")};

@@ -2,9 +2,6 @@
 #include "take/OpenTake.h"
 
 #include <algorithm>
-#include <exception>
-
-#include "motion/InterruptedTake.h"
 
 namespace tessaloom {
 namespace {
@@ -12,25 +9,6 @@ namespace {
 constexpr double defaultAspect = 16.0 / 9.0;
 constexpr double defaultPointWidth = 2560;
 constexpr double shortestTrim = 0.1;
-
-/// The stored value, or the fresh one and a warning.
-template <typename Value, typename Read>
-Value readOrFresh(const char* what, std::vector<std::string>& warnings, Read read) {
-    try {
-        return read();
-    } catch (const std::exception& error) {
-        warnings.push_back(std::string("The recording's ") + what + " can't be read and counts as empty: " + error.what());
-        return {};
-    }
-}
-
-void finishIfInterrupted(const TakeBundle& bundle, std::vector<std::string>& warnings) {
-    try {
-        finishInterruptedTake(bundle);
-    } catch (const std::exception& error) {
-        warnings.push_back(std::string("The recording broke off and can't be completed: ") + error.what());
-    }
-}
 
 struct Trim {
     double start = 0;
@@ -79,8 +57,8 @@ OpenTake OpenTake::open(const TakeBundle& bundle) {
     OpenTake take;
     take.bundle = bundle;
     finishIfInterrupted(bundle, take.warnings);
-    take.edit = readOrFresh<EditParams>("edit", take.warnings, [&] { return bundle.readEdit(); });
-    take.log = readOrFresh<EventLog>("event log", take.warnings, [&] { return bundle.readLog(); });
+    take.edit = readEditOrFresh(bundle, take.warnings);
+    take.log = readLogOrEmpty(bundle, take.warnings);
     deriveFixedValues(take);
     deriveTracks(take);
     const Trim trim = trimWithin(take.edit.trim, take.totalDuration);
@@ -91,6 +69,10 @@ OpenTake OpenTake::open(const TakeBundle& bundle) {
 
 CutInputs OpenTake::cutInputs() const {
     return cutInputsOver(edit, totalDuration);
+}
+
+std::vector<CameraBand> OpenTake::cameraBands() const {
+    return tessaloom::cameraBands(cutInputs(), edit.cameraHiddenRanges);
 }
 
 std::vector<TimeSegment> OpenTake::keptSegments(double movieDuration) const {
@@ -105,6 +87,7 @@ std::optional<std::filesystem::path> OpenTake::wallpaper() const {
 }
 
 FrameComposer OpenTake::composer(Size cursorImageSize, Point cursorHotspot) const {
+    const std::vector<CameraBand> bands = cameraBands();
     return {.zoom = zoomTimeline,
             .cursorTrack = cursorTrack,
             .clicks = clickEffects,
@@ -123,8 +106,8 @@ FrameComposer OpenTake::composer(Size cursorImageSize, Point cursorHotspot) cons
             .cursorBounce = edit.cursorBounce,
             .cursorHideIdle = edit.cursorHideIdle,
             .webcamConfig = bundle.hasWebcam() ? std::optional(edit.webcam) : std::nullopt,
-            .cameraInitiallyShown = true,
-            .cameraTransitions = {},
+            .cameraInitiallyShown = cameraInitiallyShown(bands),
+            .cameraTransitions = cameraTransitions(bands),
             .keystrokes = keystrokeTrack,
             .keystrokesVisible = edit.showKeystrokes,
             .captions = CaptionTrack(edit.captions),

@@ -3,9 +3,9 @@
 
 #include <filesystem>
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "core/CameraBand.h"
 #include "core/CutTimeline.h"
 #include "core/EditParams.h"
 #include "core/EventLog.h"
@@ -16,6 +16,7 @@
 #include "motion/KeystrokeTrack.h"
 #include "motion/ZoomTimeline.h"
 #include "render/FrameComposer.h"
+#include "take/TolerantReading.h"
 
 namespace tessaloom {
 
@@ -27,7 +28,7 @@ struct OpenTake {
     EventLog log;
     /// One sentence for each of the two JSON files that could not be read and was replaced by its defaults,
     /// and for a broken-off recording that could not be completed.
-    std::vector<std::string> warnings;
+    Warnings warnings;
 
     /// Smoothed as the edit says.
     CursorTrack cursorTrack;
@@ -52,6 +53,9 @@ struct OpenTake {
 
     /// What decides the cuts, over the log's own length.
     CutInputs cutInputs() const;
+
+    /// Where the camera is on and off, over the log's own length.
+    std::vector<CameraBand> cameraBands() const;
 
     /// The pieces that an export shows, ascending, each with a length. Where the log is empty, the movie's
     /// own length in seconds stands in for the recording's.

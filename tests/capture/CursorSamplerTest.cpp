@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include "base/HostClock.h"
@@ -13,18 +14,30 @@ namespace {
 
 class FixedPointer final : public PointerSource {
   public:
-    explicit FixedPointer(std::optional<Point> place) : place_(place) {}
-    std::optional<Point> location() override { return place_; }
+    FixedPointer(std::optional<Point> place, std::atomic<int>& questions)
+        : place_(place), questions_(questions) {}
+    std::optional<Point> location() override {
+        ++questions_;
+        return place_;
+    }
     void stop() override {}
 
   private:
     std::optional<Point> place_;
+    std::atomic<int>& questions_;
 };
 
+/// Until a pointer was asked that often, for five seconds at most.
+void waitForQuestions(const std::atomic<int>& questions, int count) {
+    for (int tries = 0; tries < 5000 && questions < count; ++tries)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
 std::vector<CursorSample> sampled(std::optional<Point> place, double origin) {
-    CursorSampler sampler(std::make_unique<FixedPointer>(place), origin, {100, 0, 200, 100});
+    std::atomic<int> questions = 0;
+    CursorSampler sampler(std::make_unique<FixedPointer>(place, questions), origin, {100, 0, 200, 100});
     sampler.start(500);
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    waitForQuestions(questions, 3);
     sampler.stop();
     return sampler.takeSamples();
 }
@@ -53,10 +66,11 @@ TEST(CursorSampler, APointerThatIsNowhereLeavesNoSample) {
 }
 
 TEST(CursorSampler, EachSampleIsHandedOverOnce) {
-    CursorSampler sampler(std::make_unique<FixedPointer>(Point{150, 25}), HostClock::seconds(),
+    std::atomic<int> questions = 0;
+    CursorSampler sampler(std::make_unique<FixedPointer>(Point{150, 25}, questions), HostClock::seconds(),
                           {0, 0, 200, 100});
     sampler.start(500);
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    waitForQuestions(questions, 3);
     const auto first = sampler.takeSamples();
     sampler.stop();
     const auto rest = sampler.takeSamples();

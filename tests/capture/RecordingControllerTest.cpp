@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QTimer>
+#include <thread>
 
 #include "capture/CaptureError.h"
 #include "capture/ScriptedPlatform.h"
@@ -76,6 +78,16 @@ TEST_F(Recording, ASourceWithoutFramesFailsAndLeavesItsFolder) {
     EXPECT_EQ(std::get<RecordingController::Failed>(outcome).message, CaptureError::noFrames().what());
     EXPECT_EQ(controller.state(), State::idle);
     EXPECT_EQ(bundleCount(), 1U);
+}
+
+TEST_F(Recording, TellsOnTheMainThreadThatItsSourceEnded) {
+    platform.stream = Script::endsWithoutFrame;
+    std::thread::id heardOn;
+    QObject::connect(&controller, &RecordingController::sourceEnded,
+                     [&] { heardOn = std::this_thread::get_id(); });
+    start();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(heardOn, std::this_thread::get_id());
 }
 
 TEST_F(Recording, CancelledInItsCountdownLeavesNothing) {

@@ -48,6 +48,15 @@ TEST(EditParams, WhatIsNoJsonObjectIsRefused) {
     EXPECT_THROW(decodeEditParams(""), DecodeError);
 }
 
+TEST(EditParams, DeepNestingCostsNoStack) {
+    std::string opened;
+    for (int depth = 0; depth < 100'000; ++depth)
+        opened += R"({"webcam":)";
+    EXPECT_THROW(decodeEditParams(opened), DecodeError);
+    const std::string closed = opened + "1" + std::string(100'000, '}');
+    EXPECT_EQ(decodeEditParams(closed).webcam, WebcamConfig{});
+}
+
 TEST(EditParams, ABadValueCostsThatValueOnly) {
     const EditParams edit = decodeEditParams(
         R"({"version": 7, "padding": "wide", "aspect": "round", "shadow": 1, "cursorVisible": 0,

@@ -45,6 +45,16 @@ TEST(Json, AnyNumberReadsBackTheSame) {
         EXPECT_EQ(roundTrip(number), number);
 }
 
+TEST(Json, A32BitNumberReadsBackTheSameInEitherWidth) {
+    for (const float number : {0.1F, 1.0F / 3.0F, 16777217.0F, std::numeric_limits<float>::denorm_min()}) {
+        JsonDocument document;
+        ASSERT_TRUE(writeJson(number, document, document.GetAllocator()));
+        const std::string text = compactJson(document);
+        EXPECT_EQ(std::stod(text), double{number});
+        EXPECT_EQ(std::strtof(text.c_str(), nullptr), number);
+    }
+}
+
 TEST(Json, KeysAreSortedByTheirBytes) {
     const auto document = parseJsonObject(R"({"b":1,"é":2,"a":{"z":null,"B":[true,{}]},"A":"x"})");
     ASSERT_TRUE(document);

@@ -143,6 +143,13 @@ TEST(StylePreset, WhatIsNoListOfObjectsIsRefusedAsAWhole) {
     EXPECT_TRUE(decodeStylePresets(" [ ] ").empty());
 }
 
+TEST(StylePreset, DeepNestingCostsNoStack) {
+    const std::string deep(2'000'000, '[');
+    EXPECT_THROW(decodeStylePresets(deep), DecodeError);
+    const std::string closed = deep + std::string(deep.size(), ']');
+    EXPECT_EQ(decodeOne("{\"webcam\":" + closed + ",\"padding\":7}").padding, 7);
+}
+
 TEST(StylePreset, NumbersThatAreNotFiniteNeverReachTheFile) {
     StylePreset preset = named("Broken", std::numeric_limits<double>::quiet_NaN());
     preset.shadow = std::numeric_limits<double>::infinity();

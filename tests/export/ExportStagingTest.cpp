@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -66,6 +67,31 @@ TEST_F(ExportStagingTest, ACommitThatFailsThrowsAndCleansUp) {
     EXPECT_THROW(staging.commit(), std::system_error);
     EXPECT_EQ(itemCount(), 1);
     EXPECT_TRUE(fs::is_directory(destination_ / "occupied"));
+}
+
+TEST_F(ExportStagingTest, AbandonedFoldersAreClearedAwayOnceTheyAreOld) {
+    const auto old = folder_.path() / ".tessaloom-export-abcdef";
+    const auto young = folder_.path() / ".tessaloom-export-ghijkl";
+    const auto foreign = folder_.path() / ".tessaloom";
+    for (const auto& path : {old, young, foreign}) {
+        fs::create_directory(path);
+        write(path / "out.mp4", "half");
+    }
+    for (const auto& path : {old, foreign})
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    const ExportStaging staging(destination_);
+    EXPECT_FALSE(fs::exists(old));
+    EXPECT_TRUE(fs::exists(young / "out.mp4"));
+    EXPECT_TRUE(fs::exists(foreign / "out.mp4"));
+}
+
+TEST_F(ExportStagingTest, AnotherExportsFolderIsLeftAlone) {
+    const ExportStaging running(destination_);
+    write(running.url(), "half");
+    fs::last_write_time(running.url().parent_path(),
+                        fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    { const ExportStaging other(folder_.path() / "other.mp4"); }
+    EXPECT_EQ(read(running.url()), "half");
 }
 
 TEST_F(ExportStagingTest, WithoutAFolderItWritesToTheDestination) {

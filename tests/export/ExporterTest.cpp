@@ -13,6 +13,7 @@
 #include <iterator>
 #include <thread>
 
+#include "media/ColorConversion.h"
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
 #include "render/CpuRenderer.h"
@@ -40,6 +41,11 @@ class PlainRenderer final : public Renderer {
         for (int y = 0; y < target.height(); ++y)
             for (int x = 0; x < target.width(); ++x)
                 std::copy_n(pixel, 4, target.row(y) + std::ptrdiff_t{4} * x);
+    }
+    void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) override {
+        BgraImage picture(target.width(), target.height());
+        render(frame, sources, picture);
+        bgraToYuv(picture.view(), target, 0, 0);
     }
     void makeCursorTexture(CursorStyle style) override { style_ = style; }
     CursorStyle cursorStyle() const override { return style_; }
@@ -167,6 +173,26 @@ TEST_F(ExporterTest, WhatTheComposerMovesIsDrawnAgain) {
     run(settings({{0, 1}}));
     // The pointer travels for half a second and rests for the other half.
     EXPECT_NEAR(drawn_, 31, 1);
+}
+
+TEST_F(ExporterTest, AZoomThatHasPracticallyArrivedIsNotDrawnAgain) {
+    EventLog log;
+    log.captureRect = {.x = 0, .y = 0, .width = width, .height = height, .displayScaleFactor = 1};
+    log.cursorSamples = {{.pts = 0, .x = 0.5, .y = 0.5}, {.pts = 6, .x = 0.5, .y = 0.5}};
+    bundle_.write(log);
+    EditParams edit;
+    edit.cursorHideIdle = false;
+    ZoomKeyframe zoom;
+    zoom.endPTS = 6;
+    zoom.targetRect = {0.2, 0.1, 0.5, 0.5};
+    edit.zoomKeyframes = {zoom};
+    bundle_.write(edit);
+    record(std::vector<test::PlainPicture>{{0, test::black}});
+    run(settings({{0, 5}}));
+    // Half a second of easing; then the filter closes in on the target for ever: less than 1/128 pixel is
+    // left of 160 after 0.18 s * ln(160 * 256), 1.9 s.
+    EXPECT_GT(drawn_, 60);
+    EXPECT_LT(drawn_, 150);
 }
 
 TEST_F(ExporterTest, TheMovieStartsLaterWhereTheRecordingDoes) {

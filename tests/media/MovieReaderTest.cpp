@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 
 #include "media/MediaError.h"
 #include "media/MovieWriter.h"
@@ -31,6 +32,16 @@ void expectColor(const DecodedFrame& frame, Bgr expected) {
         EXPECT_NEAR(pixel[2], expected.red, 4);
         EXPECT_EQ(pixel[3], 255);
     }
+}
+
+/// Without it, pictures are shown as much later as the first of them is decoded earlier.
+void hideEditList(const std::filesystem::path& movie) {
+    std::fstream stream(movie, std::ios::binary | std::ios::in | std::ios::out);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    const auto place = bytes.find("edts");
+    ASSERT_NE(place, std::string::npos);
+    stream.seekp(static_cast<std::streamoff>(place));
+    stream << "free";
 }
 
 class MovieReaderTest : public ::testing::Test {
@@ -98,6 +109,28 @@ TEST_F(MovieReaderTest, ARangeThatStartsInAPauseBeginsWithThePictureInForce) {
     const auto frame = MovieReader::open(file("a.mov"), MovieReader::TimeRange{6, 10})->next();
     ASSERT_TRUE(frame);
     EXPECT_NEAR(frame->time(), 2, 1e-5);
+}
+
+TEST_F(MovieReaderTest, ARangeBeginsWithThePictureInForceAlsoWherePicturesAreStoredOutOfOrder) {
+    auto video = H264Settings::capture(width, height);
+    video.options = {{"preset", "superfast"}, {"bf", "3"}, {"b_strategy", "0"}, {"forced-idr", "1"}};
+    const auto writer =
+        MovieWriter::create(file("a.mp4"), {.container = MovieWriter::Container::mp4, .video = video});
+    for (int n = 0; n < 90; ++n) {
+        const auto level = static_cast<std::uint8_t>(2 * n);
+        writer->appendVideo(test::plainYuv(width, height, {level, level, level}), n / 30.0, 1 / 30.0);
+    }
+    writer->finish();
+    for (const bool edited : {true, false}) {
+        if (!edited) hideEditList(file("a.mp4"));
+        for (int n = 6; n < 90; ++n) {
+            const double start = n / 30.0;
+            const auto first = MovieReader::open(file("a.mp4"), {{start, start + 1.0 / 60}})->next();
+            ASSERT_TRUE(first) << start;
+            EXPECT_LE(first->time(), start + 1e-6);
+            EXPECT_GE(first->time(), start - 1.2);
+        }
+    }
 }
 
 TEST_F(MovieReaderTest, ATornTailEndsTheMovieQuietly) {

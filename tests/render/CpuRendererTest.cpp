@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "media/ColorConversion.h"
 #include "render/KeystrokeChipRaster.h"
 #include "render/KeystrokePlacement.h"
 #include "render/RandomFrame.h"
@@ -73,6 +74,18 @@ bool sameBytes(const BgraImage& a, const BgraImage& b) {
     return a.width() == b.width() && a.height() == b.height();
 }
 
+bool sameSamples(const YuvImage& a, const YuvImage& b) {
+    for (int plane = 0; plane < 3; ++plane) {
+        const int scale = plane == 0 ? 1 : 2;
+        for (int y = 0; y < a.height() / scale; ++y) {
+            const std::ptrdiff_t row = y * a.stride(plane);
+            const auto count = static_cast<std::size_t>(a.width() / scale);
+            if (std::memcmp(a.plane(plane) + row, b.plane(plane) + row, count) != 0) return false;
+        }
+    }
+    return true;
+}
+
 class CpuRendererStageTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(CpuRendererStageTest, DrawsWhatTheFormulasSay) {
@@ -117,6 +130,26 @@ TEST(CpuRendererBandsTest, GiveTheSameBytesOnAnyNumberOfThreads) {
         alone.render(frame, {{recording.view(), 0}}, one);
         together.render(frame, {{recording.view(), 0}}, four);
         ASSERT_TRUE(sameBytes(one, four)) << "round " << round;
+    }
+}
+
+TEST(CpuRendererYuvTest, IsTheConvertedPictureBitForBit) {
+    Chance chance(13);
+    const BgraImage recording = test::randomPicture(chance, 320, 200);
+    CpuRenderer renderer(3, noThemes);
+    CpuRenderer fresh(1, noThemes);
+    for (int round = 0; round < 40; ++round) {
+        const int width = 2 * chance.whole(1, 170);
+        const int height = 2 * chance.whole(1, 100);
+        const FrameComposer::Frame frame =
+            randomFrame(chance, width, height, static_cast<float>(chance.whole(0, 3)));
+        BgraImage whole(width, height);
+        fresh.render(frame, {{recording.view(), 5}}, whole);
+        YuvImage expected(width, height);
+        bgraToYuv(whole.view(), expected, 0, 0);
+        YuvImage drawn(width, height);
+        renderer.render(frame, {{recording.view(), 5}}, drawn);
+        ASSERT_TRUE(sameSamples(drawn, expected)) << "round " << round;
     }
 }
 

@@ -129,6 +129,22 @@ TEST_F(OpenTakeTest, TheComposerHoldsTheEdit) {
     EXPECT_EQ(take.composer({}, {}).webcamConfig, edit.webcam);
 }
 
+TEST_F(OpenTakeTest, TheComposerTurnsTheCameraOffInHiddenBlocks) {
+    EditParams edit;
+    edit.splitPoints = {2, 6};
+    edit.cameraHiddenRanges = {{2, 6}};
+    const OpenTake take = opened(logOf(10), edit);
+    EXPECT_EQ(take.cameraBands(),
+              (std::vector<CameraBand>{{{0, 2}, true}, {{2, 6}, false}, {{6, 10}, true}}));
+    FrameComposer composer = take.composer({}, {});
+    EXPECT_TRUE(composer.cameraInitiallyShown);
+    EXPECT_EQ(composer.cameraTransitions, (std::vector<double>{2, 6}));
+    edit.cameraHiddenRanges = {{0, 2}};
+    composer = opened(logOf(10), edit).composer({}, {});
+    EXPECT_FALSE(composer.cameraInitiallyShown);
+    EXPECT_EQ(composer.cameraTransitions, (std::vector<double>{2}));
+}
+
 TEST_F(OpenTakeTest, KeptSegmentsFollowTrimAndCuts) {
     EditParams edit;
     edit.trim = {1, 9};

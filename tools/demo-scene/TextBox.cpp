@@ -37,7 +37,7 @@ QList<QTextLayout::FormatRange> selectionOf(const TextLine& line) {
     QTextLayout::FormatRange range;
     range.start = 0;
     range.length = static_cast<int>(line.text().size());
-    range.format.setBackground(Theme::accent.lighter(215));
+    range.format.setBackground(Theme::accentDark);
     return {range};
 }
 

@@ -11,6 +11,7 @@
 namespace tessaloom {
 namespace {
 
+constexpr const char* advice = "Run this inside an X11 session, or set DISPLAY to one.";
 constexpr std::uint32_t longestPropertyInWords = 1U << 16;
 
 const xcb_screen_t* screenNumber(const xcb_setup_t* setup, int number) {
@@ -25,9 +26,9 @@ const xcb_screen_t* screenNumber(const xcb_setup_t* setup, int number) {
 std::unique_ptr<X11Connection> X11Connection::open() {
     int number = 0;
     std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &number));
-    if (xcb_connection_has_error(connection.get()) != 0) throw CaptureError::noDisplay();
+    if (xcb_connection_has_error(connection.get()) != 0) throw CaptureError::noDisplay(advice);
     const xcb_screen_t* screen = screenNumber(xcb_get_setup(connection.get()), number);
-    if (screen == nullptr) throw CaptureError::noDisplay();
+    if (screen == nullptr) throw CaptureError::noDisplay(advice);
     return std::unique_ptr<X11Connection>(new X11Connection(connection.release(), screen));
 }
 

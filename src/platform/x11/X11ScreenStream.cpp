@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <stdexcept>
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
@@ -17,6 +18,7 @@ namespace tessaloom {
 namespace {
 
 constexpr std::size_t bytesPerPixel = 4;
+constexpr std::uint8_t trueColorDepth = 24;
 
 PixelRect wholePicture(const StreamConfiguration& configuration) {
     return {0, 0, configuration.source.width, configuration.source.height};
@@ -42,9 +44,9 @@ struct X11ScreenStream::Damage {
           region(xcb_generate_id(xConnection)) {
         xConnection.requireExtension(&xcb_xfixes_id, "XFIXES");
         // The server answers requests of an extension only after its version was asked for.
-        X11Reply<xcb_damage_query_version_reply_t>(
+        const X11Reply<xcb_damage_query_version_reply_t> damageVersion(
             xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1), nullptr));
-        X11Reply<xcb_xfixes_query_version_reply_t>(
+        const X11Reply<xcb_xfixes_query_version_reply_t> fixesVersion(
             xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
         xcb_damage_create(connection, damage, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
         xcb_xfixes_create_region(connection, region, 0, nullptr);
@@ -65,6 +67,8 @@ X11ScreenStream::~X11ScreenStream() {
 }
 
 void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
+    if (connection_->screen().root_depth != trueColorDepth)
+        throw std::runtime_error("The screen doesn't have 24 bits of colour, which recording needs.");
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
     source_ = X11StreamSource::open(*connection_, configuration_);
     damage_ = std::make_unique<Damage>(*connection_, source_->damagedWindow());

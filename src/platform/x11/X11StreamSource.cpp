@@ -87,7 +87,7 @@ class WindowSource final : public X11StreamSource {
         connection.requireExtension(&xcb_composite_id, "Composite");
         // Naming a window's pixmap came with version 0.2.
         const auto version = xcb_composite_query_version(connection, 0, 4);
-        X11Reply<xcb_composite_query_version_reply_t>(
+        const X11Reply<xcb_composite_query_version_reply_t> answer(
             xcb_composite_query_version_reply(connection, version, nullptr));
         selectStructureEvents(connection, window_);
         const auto redirect =

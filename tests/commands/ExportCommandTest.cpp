@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <csignal>
+#include <thread>
+
+#include "commands/CommandTest.h"
+#include "commands/MountedFolder.h"
+#include "support/MovieProbe.h"
+
+namespace tessaloom::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+class ExportCommandTest : public CommandTest {
+  protected:
+    /// Its cursor moves for half an hour, so that every frame is drawn and the export is far from its end.
+    void makeEndlessRecording() const {
+        EventLog log;
+        log.captureRect = {.x = 0, .y = 0, .width = 64, .height = 36, .displayScaleFactor = 1};
+        log.cursorSamples = {{.pts = 0, .x = 0, .y = 0}, {.pts = 1800, .x = 1, .y = 1}};
+        makeRecording("endless").write(log);
+    }
+
+    std::vector<std::string> exportCommand(const std::string& recording) const {
+        return command({"export", recording, "-o", film_.string()});
+    }
+
+    /// The hidden folder of a running export, once there is something in it.
+    fs::path waitForStaging() const {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (std::chrono::steady_clock::now() < deadline) {
+            for (const auto& entry : fs::directory_iterator(outputs())) {
+                std::error_code gone;
+                const auto size = fs::file_size(entry.path() / "film.mp4", gone);
+                if (!gone && size > 0) return entry.path();
+            }
+            std::this_thread::sleep_for(5ms);
+        }
+        ADD_FAILURE() << "no export began";
+        return {};
+    }
+
+    fs::path film_ = outputs() / "film.mp4";
+};
+
+TEST_F(ExportCommandTest, ItPrintsThePathOfTheNewFile) {
+    makeRecording("take");
+    writeFile(film_, "old");
+    const CommandResult result = run({"export", "take", "-o", film_.string()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, film_.string() + "\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"film.mp4"});
+    const MovieFacts facts = probeMovie(film_);
+    EXPECT_EQ(facts.packets.size(), 55U);
+    EXPECT_EQ(facts.width, 64);
+    EXPECT_EQ(facts.height, 36);
+}
+
+TEST_F(ExportCommandTest, ByItselfTheFileIsTheRecordingsNameInTheCurrentFolder) {
+    makeRecording("My take 1.5");
+    ChildProcess process({"env", "-C", outputs().string(), TESSALOOM_PROGRAM, "export", "My take 1.5"},
+                         environment_);
+    const CommandResult result = finished(process);
+    EXPECT_EQ(result.output, (outputs() / "My take 1.5.mp4").string() + "\n");
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"My take 1.5.mp4"});
+}
+
+TEST_F(ExportCommandTest, WhatIsNoRecordingIsRefused) {
+    expectRefused(run({"export", "nowhere", "-o", film_.string()}), 1, "No recording called \"nowhere\".");
+    expectRefused(run({"export", outputs().string(), "-o", film_.string()}), 1, "is no recording");
+    EXPECT_TRUE(outputNames().empty());
+}
+
+TEST_F(ExportCommandTest, ADestinationThatCannotBeIsRefused) {
+    makeRecording("take");
+    writeFile(outputs() / "file", "words");
+    fs::create_directory(outputs() / "folder.mp4");
+    for (const char* folder : {"nowhere", "file"}) {
+        const auto place = outputs() / folder;
+        expectRefused(run({"export", "take", "-o", (place / "film.mp4").string()}), 1,
+                      "There is no folder \"" + place.string() + "\".");
+        expectRefused(run({"frame", "take", "--at", "0", "-o", (place / "a.png").string()}), 1,
+                      "There is no folder \"" + place.string() + "\".");
+    }
+    expectRefused(run({"export", "take", "-o", (outputs() / "folder.mp4").string()}), 1, "is a folder.");
+    EXPECT_EQ(outputNames(), (std::vector<std::string>{"file", "folder.mp4"}));
+    EXPECT_EQ(contentOf(outputs() / "file"), "words");
+}
+
+TEST_F(ExportCommandTest, AFullDiskLeavesTheOldFileAndNothingElse) {
+    const auto disk = MountedFolder::over(outputs(), "64k");
+    if (!disk) GTEST_SKIP() << "this process isn't allowed to mount a small disk";
+    makeRecording("take");
+    writeFile(outputs() / "filler", std::string(40'000, 'x'));
+    writeFile(film_, "old");
+    writeFile(outputs() / "a.png", "old");
+    writeFile(outputs() / "more filler", std::string(60'000, 'x'));
+    expectRefused(run({"export", "take", "-o", film_.string()}), 1,
+                  "No space left on device. Check the folder and the free space.");
+    expectRefused(
+        run({"frame", "take", "--at", "0", "--size", "640x360", "-o", (outputs() / "a.png").string()}), 1,
+        "Check the folder and the free space.");
+    EXPECT_EQ(outputNames(), (std::vector<std::string>{"a.png", "filler", "film.mp4", "more filler"}));
+    EXPECT_EQ(contentOf(film_), "old");
+    EXPECT_EQ(contentOf(outputs() / "a.png"), "old");
+}
+
+TEST_F(ExportCommandTest, AReadOnlyDiskKeepsTheOldFile) {
+    const auto disk = MountedFolder::over(outputs(), "64k");
+    if (!disk) GTEST_SKIP() << "this process isn't allowed to mount a small disk";
+    makeRecording("take");
+    writeFile(film_, "old");
+    disk->makeReadOnly();
+    expectRefused(run({"export", "take", "-o", film_.string()}), 1, "Read-only file system.");
+    EXPECT_EQ(contentOf(film_), "old");
+}
+
+TEST_F(ExportCommandTest, AFileThatMayNotGrowLeavesTheOldFileAndNothingElse) {
+    makeRecording("take");
+    writeFile(film_, "old");
+    std::vector<std::string> limited{"sh", "-c", "ulimit -f 1; exec \"$@\"", "sh"};
+    const auto command = exportCommand("take");
+    limited.insert(limited.end(), command.begin(), command.end());
+    ChildProcess process(limited, environment_);
+    expectRefused(finished(process), 1, "can't be written: File too large.");
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"film.mp4"});
+    EXPECT_EQ(contentOf(film_), "old");
+}
+
+TEST_F(ExportCommandTest, AnInterruptLeavesTheOldFileAndNothingElse) {
+    makeEndlessRecording();
+    writeFile(film_, "old");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        ChildProcess process(exportCommand("endless"), environment_);
+        waitForStaging();
+        process.signal(signal);
+        const CommandResult result = finished(process);
+        EXPECT_EQ(result.status, 130) << signal;
+        EXPECT_EQ(result.output + result.errors, "") << signal;
+        EXPECT_EQ(outputNames(), std::vector<std::string>{"film.mp4"}) << signal;
+        EXPECT_EQ(contentOf(film_), "old") << signal;
+    }
+}
+
+TEST_F(ExportCommandTest, WhatAKilledExportLeftIsClearedAwayByTheNext) {
+    makeEndlessRecording();
+    makeRecording("take");
+    fs::path abandoned;
+    {
+        ChildProcess process(exportCommand("endless"), environment_);
+        abandoned = waitForStaging();
+        process.signal(SIGKILL);
+        EXPECT_EQ(finished(process).status, 128 + SIGKILL);
+    }
+    ASSERT_TRUE(fs::exists(abandoned));
+    fs::last_write_time(abandoned, fs::file_time_type::clock::now() - 2min);
+    EXPECT_EQ(run({"export", "take", "-o", film_.string()}).status, 0);
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"film.mp4"});
+}
+
+TEST_F(ExportCommandTest, ALongExportIsNotClearedAwayByAnother) {
+    makeEndlessRecording();
+    makeRecording("take");
+    ChildProcess process(exportCommand("endless"), environment_);
+    const fs::path running = waitForStaging();
+    fs::last_write_time(running, fs::file_time_type::clock::now() - 2min);
+    EXPECT_EQ(run({"export", "take", "-o", (outputs() / "other.mp4").string()}).status, 0);
+    EXPECT_TRUE(fs::exists(running / "film.mp4"));
+}
+
+}  // namespace
+}  // namespace tessaloom::test

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "export/TakeExport.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom {
+namespace {
+
+class TakeExportTest : public ::testing::Test {
+  protected:
+    OpenTake opened(const EditParams& edit, double duration = 10) const {
+        EventLog log;
+        log.captureRect = {.x = 0, .y = 0, .width = 1280, .height = 800, .displayScaleFactor = 1};
+        if (duration > 0) log.cursorSamples = {{.pts = duration, .x = 0, .y = 0}};
+        bundle_.write(log);
+        bundle_.write(edit);
+        return OpenTake::open(bundle_);
+    }
+
+    test::TemporaryFolder folder_;
+    TakeBundle bundle_ = TakeBundle::create(folder_.path() / "a.takes");
+};
+
+TEST_F(TakeExportTest, EachShapeHasItsAspect) {
+    const OpenTake take = opened({});
+    const std::pair<AspectPreset, double> cases[] = {{AspectPreset::native, 1.6},
+                                                     {AspectPreset::wide, 16.0 / 9.0},
+                                                     {AspectPreset::square, 1},
+                                                     {AspectPreset::portrait, 0.8},
+                                                     {AspectPreset::vertical, 0.5625}};
+    for (const auto& [shape, aspect] : cases) {
+        ExportChoices choices;
+        choices.shape = shape;
+        EXPECT_DOUBLE_EQ(canvasAspect(take, choices), aspect);
+        EXPECT_DOUBLE_EQ(exportSettings(take, choices, 0).aspect, aspect);
+    }
+}
+
+TEST_F(TakeExportTest, TheEditsShapeCountsWhereNoneIsChosen) {
+    EditParams edit;
+    edit.aspect = AspectPreset::square;
+    const OpenTake take = opened(edit);
+    EXPECT_DOUBLE_EQ(canvasAspect(take, {}), 1);
+    ExportChoices choices;
+    choices.shape = AspectPreset::vertical;
+    EXPECT_DOUBLE_EQ(canvasAspect(take, choices), 0.5625);
+}
+
+TEST_F(TakeExportTest, TheResolutionIsTheShortEdgeOfTheChosenShape) {
+    ExportChoices choices{.resolution = ResolutionPreset::p720, .quality = {}, .shape = AspectPreset::wide};
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).outputLongEdge, 1280);
+    choices.shape = AspectPreset::vertical;
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).outputLongEdge, 1280);
+    choices.shape = AspectPreset::square;
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).outputLongEdge, 720);
+}
+
+TEST_F(TakeExportTest, TheQualityIsBitsForEachPixel) {
+    ExportChoices choices;
+    EXPECT_DOUBLE_EQ(exportSettings(opened({}), choices, 0).bitsPerPixel, 0.1);
+    choices.quality = QualityPreset::small;
+    EXPECT_DOUBLE_EQ(exportSettings(opened({}), choices, 0).bitsPerPixel, 0.045);
+}
+
+TEST_F(TakeExportTest, TheRestIsTheEdits) {
+    EditParams edit;
+    edit.trim = {1, 9};
+    edit.removedRanges = {{3, 5}};
+    edit.speed = 2;
+    edit.cursorStyle = CursorStyle::dot;
+    edit.padding = 77;
+    edit.background = {.style = Background::Style::wallpaper, .primary = "wallpaper-1.png", .secondary = {}};
+    const auto settings = exportSettings(opened(edit), {}, 100);
+    EXPECT_EQ(settings.segments, (std::vector<TimeSegment>{{1, 3}, {5, 9}}));
+    EXPECT_EQ(settings.speed, 2);
+    EXPECT_EQ(settings.cursorStyle, CursorStyle::dot);
+    EXPECT_EQ(settings.wallpaper, bundle_.file("wallpaper-1.png"));
+    const FrameComposer composer = settings.makeComposer({24, 25}, {3, 4});
+    EXPECT_EQ(composer.padding, 77);
+    EXPECT_EQ(composer.cursorImageSize, (Size{24, 25}));
+}
+
+TEST_F(TakeExportTest, TheMoviesLengthCountsForAnEmptyLogOnly) {
+    EXPECT_EQ(exportSettings(opened({}, 0), {}, 7.5).segments, (std::vector<TimeSegment>{{0, 7.5}}));
+    EXPECT_EQ(exportSettings(opened({}, 10), {}, 7.5).segments, (std::vector<TimeSegment>{{0, 10}}));
+}
+
+TEST_F(TakeExportTest, LaterChangesToTheTakeDoNotReachTheSettings) {
+    OpenTake take = opened({});
+    const auto settings = exportSettings(take, {}, 0);
+    const double padding = take.edit.padding;
+    take.edit.padding = padding + 50;
+    EXPECT_EQ(settings.makeComposer({}, {}).padding, padding);
+}
+
+}  // namespace
+}  // namespace tessaloom
