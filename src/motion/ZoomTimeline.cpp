@@ -3,8 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
+
+#include "motion/KeyframeSweep.h"
 
 namespace tessaloom {
 namespace {
@@ -54,15 +55,21 @@ RelativeRect insideKeyframe(std::span<const ZoomKeyframe> keyframes, std::size_t
     return keyframe.targetRect;
 }
 
-RelativeRect betweenKeyframes(std::span<const ZoomKeyframe> keyframes, double time, double bridgeGap) {
-    const auto before = std::find_if(keyframes.rbegin(), keyframes.rend(),
-                                     [time](const ZoomKeyframe& each) { return each.endPTS < time; });
-    const auto after =
-        std::ranges::find_if(keyframes, [time](const ZoomKeyframe& each) { return time < each.startPTS; });
-    if (before == keyframes.rend() || after == keyframes.end()) return {};
-    const double gap = after->startPTS - before->endPTS;
+RelativeRect betweenKeyframes(const ZoomKeyframe& before, const ZoomKeyframe& after, double time,
+                              double bridgeGap) {
+    const double gap = after.startPTS - before.endPTS;
     if (!(gap > 0 && gap <= bridgeGap)) return {};
-    return between(before->targetRect, after->targetRect, eased((time - before->endPTS) / gap));
+    return between(before.targetRect, after.targetRect, eased((time - before.endPTS) / gap));
+}
+
+RelativeRect curveAt(KeyframeSweep& sweep, std::span<const ZoomKeyframe> keyframes, double time,
+                     double bridgeGap) {
+    sweep.advance(time);
+    if (const auto inForce = sweep.inForce()) return insideKeyframe(keyframes, *inForce, time, bridgeGap);
+    const auto before = sweep.before();
+    const auto after = sweep.after();
+    if (!before || !after) return {};
+    return betweenKeyframes(keyframes[*before], keyframes[*after], time, bridgeGap);
 }
 
 }  // namespace
@@ -74,10 +81,11 @@ ZoomTimeline::ZoomTimeline(std::vector<ZoomKeyframe> keyframes, double duration)
     const auto count =
         static_cast<std::size_t>(std::ceil(std::min(duration, longestDuration) / sampleStep)) + 2;
     samples_.reserve(count);
-    RelativeRect previous = curve(keyframes_, 0, bridgeGap);
+    KeyframeSweep sweep(keyframes_);
+    RelativeRect previous = curveAt(sweep, keyframes_, 0, bridgeGap);
     for (std::size_t index = 0; index < count; ++index) {
         const double time = static_cast<double>(index) * sampleStep;
-        previous = between(previous, curve(keyframes_, time, bridgeGap), filterCoefficient);
+        previous = between(previous, curveAt(sweep, keyframes_, time, bridgeGap), filterCoefficient);
         samples_.push_back(previous);
     }
 }
@@ -91,10 +99,8 @@ RelativeRect ZoomTimeline::rect(double time) const {
 }
 
 RelativeRect ZoomTimeline::curve(std::span<const ZoomKeyframe> keyframes, double time, double bridgeGap) {
-    const auto inForce = std::ranges::find_if(
-        keyframes, [time](const ZoomKeyframe& each) { return each.startPTS <= time && time <= each.endPTS; });
-    if (inForce == keyframes.end()) return betweenKeyframes(keyframes, time, bridgeGap);
-    return insideKeyframe(keyframes, static_cast<std::size_t>(inForce - keyframes.begin()), time, bridgeGap);
+    KeyframeSweep sweep(keyframes);
+    return curveAt(sweep, keyframes, time, bridgeGap);
 }
 
 }  // namespace tessaloom
