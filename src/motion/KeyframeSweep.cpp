@@ -2,6 +2,7 @@
 #include "motion/KeyframeSweep.h"
 
 #include <algorithm>
+#include <compare>
 #include <numeric>
 
 namespace tessaloom {
@@ -10,7 +11,10 @@ namespace {
 std::vector<std::size_t> indicesBy(std::span<const ZoomKeyframe> keyframes, double ZoomKeyframe::*time) {
     std::vector<std::size_t> indices(keyframes.size());
     std::iota(indices.begin(), indices.end(), std::size_t{0});
-    std::ranges::sort(indices, {}, [&](std::size_t index) { return keyframes[index].*time; });
+    // A total order: times that are no numbers must not lead the sort astray.
+    std::ranges::sort(indices, [&](std::size_t a, std::size_t b) {
+        return std::strong_order(keyframes[a].*time, keyframes[b].*time) < 0;
+    });
     return indices;
 }
 
