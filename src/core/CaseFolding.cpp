@@ -43,13 +43,14 @@ std::string narrow(const std::wstring& text) {
 }  // namespace
 
 std::string caseFolded(std::string_view text) {
-    auto letters = wide(text);
-    if (!letters) return std::string(text);
+    const auto decoded = wide(text);
+    if (!decoded) return std::string(text);
+    std::wstring letters = *decoded;
     // By way of the capitals, so that letters with two small forms (σ and ς) meet.
     const auto& cases = std::use_facet<std::ctype<wchar_t>>(unicode());
-    cases.toupper(letters->data(), letters->data() + letters->size());
-    cases.tolower(letters->data(), letters->data() + letters->size());
-    return narrow(*letters);
+    cases.toupper(letters.data(), letters.data() + letters.size());
+    cases.tolower(letters.data(), letters.data() + letters.size());
+    return narrow(letters);
 }
 
 }  // namespace tessaloom

@@ -161,6 +161,19 @@ TEST(ZoomTimeline, ADamagedDurationDoesNotExhaustTheMemory) {
     EXPECT_EQ(timeline.samples().size(), 24U * 3600 * 60 + 2);
 }
 
+// A search through the list for each sample would take hours.
+TEST(ZoomTimeline, AnEndlessListOfBlocksInNoOrderIsStillATable) {
+    constexpr int length = 24 * 3600;
+    std::mt19937 random(4);
+    std::vector<ZoomKeyframe> keyframes(200'000, block(0, 0));
+    for (ZoomKeyframe& keyframe : keyframes) {
+        keyframe.startPTS = static_cast<double>(random() % length);
+        keyframe.endPTS = keyframe.startPTS - 1;
+    }
+    keyframes.push_back(block(length - 100, length));
+    expectNear(ZoomTimeline(keyframes, length).rect(length - 50), target);
+}
+
 TEST(ZoomTimeline, NeverOvershootsItsTargets) {
     std::mt19937 random(2);
     std::uniform_real_distribution<double> times(0, 20);
