@@ -90,8 +90,8 @@ class JsonReader {
 
     template <typename T>
     bool field(const char* key, T& value) {
-        const auto member = object_.FindMember(key);
-        return member != object_.MemberEnd() && readJson(member->value, value);
+        const JsonValue* stored = find(key);
+        return stored != nullptr && readJson(*stored, value);
     }
 
     /// A record is unreadable without this one.
@@ -103,6 +103,17 @@ class JsonReader {
     bool complete() const { return complete_; }
 
   private:
+    /// Of a key that stands more than once the last one counts, as with most readers.
+    const JsonValue* find(std::string_view key) const {
+        for (auto member = object_.MemberEnd(); member != object_.MemberBegin();) {
+            --member;
+            if (key == std::string_view(member->name.GetString(), member->name.GetStringLength())) {
+                return &member->value;
+            }
+        }
+        return nullptr;
+    }
+
     const JsonValue& object_;
     bool complete_ = true;
 };

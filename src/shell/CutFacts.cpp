@@ -51,7 +51,10 @@ std::string cutFacts(const OpenTake& take) {
     writer.field("segments", timelineSegments(inputs));
     writer.field("cameraBands", take.cameraBands());
     writer.field("speed", take.edit.speed);
-    writer.field("outputDuration", totalLength(kept) / take.edit.speed);
+    // A speed of 0 gives no length; the key is there all the same.
+    if (!writer.field("outputDuration", totalLength(kept) / take.edit.speed)) {
+        document.AddMember("outputDuration", JsonValue(), document.GetAllocator());
+    }
     return prettyJson(document);
 }
 

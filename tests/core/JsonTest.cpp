@@ -62,7 +62,7 @@ TEST(Json, KeysAreSortedByTheirBytes) {
 }
 
 TEST(Json, TextKeepsEveryByte) {
-    const std::string text("nul \0 quote \" slash \\ line \n é 世", 33);
+    const std::string text("nul \0 quote \" slash \\ line \n é 世", 35);
     JsonDocument document;
     writeJson(text, document, document.GetAllocator());
     const auto object = parseJsonObject("{\"t\":" + compactJson(document) + "}");
@@ -70,6 +70,35 @@ TEST(Json, TextKeepsEveryByte) {
     std::string result;
     EXPECT_TRUE(JsonReader(*object).field("t", result));
     EXPECT_EQ(result, text);
+}
+
+TEST(Json, ANumberBeyondADoubleCostsOnlyItself) {
+    const auto document =
+        parseJsonObject(R"({"a":1e400,"b":2,"c":[-1E+999,3,0e999,1e-400],"d":"1e400 \" 1e400","e":1e308})");
+    ASSERT_TRUE(document);
+    EXPECT_EQ(compactJson(*document),
+              R"({"a":null,"b":2,"c":[null,3,0,null],"d":"1e400 \" 1e400","e":1e+308})");
+}
+
+TEST(Json, SoDoesAnIntegerOfHundredsOfDigits) {
+    const auto document = parseJsonObject("{\"a\":" + std::string(400, '7') + ",\"b\":-0,\"c\":1}");
+    ASSERT_TRUE(document);
+    EXPECT_TRUE((*document)["a"].IsNull());
+    EXPECT_EQ((*document)["c"].GetInt(), 1);
+}
+
+TEST(Json, TextThatIsNotUtf8OrHoldsAZeroByteIsNone) {
+    EXPECT_FALSE(parseJsonObject("{\"a\":\"\xFF\"}"));
+    EXPECT_FALSE(parseJsonObject(std::string_view("{\"a\":7}\0x", 9)));
+    EXPECT_TRUE(parseJsonObject("{\"a\":\"\xC3\xA9\"}"));
+}
+
+TEST(Json, OfAKeyThatStandsTwiceTheLastCounts) {
+    const auto document = parseJsonObject(R"({"n":1,"m":5,"n":3})");
+    ASSERT_TRUE(document);
+    double number = 0;
+    EXPECT_TRUE(JsonReader(*document).field("n", number));
+    EXPECT_EQ(number, 3);
 }
 
 }  // namespace
