@@ -13,7 +13,7 @@ std::vector<std::size_t> indicesBy(std::span<const ZoomKeyframe> keyframes, doub
     std::iota(indices.begin(), indices.end(), std::size_t{0});
     // A total order: times that are no numbers must not lead the sort astray.
     std::ranges::sort(indices, [&](std::size_t a, std::size_t b) {
-        return std::strong_order(keyframes[a].*time, keyframes[b].*time) < 0;
+        return std::is_lt(std::strong_order(keyframes[a].*time, keyframes[b].*time));
     });
     return indices;
 }

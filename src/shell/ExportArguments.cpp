@@ -15,17 +15,19 @@ struct Choice {
     Value value;
 };
 
-constexpr std::array resolutions{
-    Choice{"720p", ResolutionPreset::p720}, Choice{"1080p", ResolutionPreset::p1080},
-    Choice{"1440p", ResolutionPreset::p1440}, Choice{"4k", ResolutionPreset::p2160}};
+constexpr std::array<Choice<ResolutionPreset>, 4> resolutions{{{"720p", ResolutionPreset::p720},
+                                                               {"1080p", ResolutionPreset::p1080},
+                                                               {"1440p", ResolutionPreset::p1440},
+                                                               {"4k", ResolutionPreset::p2160}}};
 
-constexpr std::array shapes{Choice{"native", AspectPreset::native}, Choice{"16:9", AspectPreset::wide},
-                            Choice{"1:1", AspectPreset::square}, Choice{"4:5", AspectPreset::portrait},
-                            Choice{"9:16", AspectPreset::vertical}};
+constexpr std::array<Choice<AspectPreset>, 5> shapes{{{"native", AspectPreset::native},
+                                                      {"16:9", AspectPreset::wide},
+                                                      {"1:1", AspectPreset::square},
+                                                      {"4:5", AspectPreset::portrait},
+                                                      {"9:16", AspectPreset::vertical}}};
 
-constexpr std::array qualities{Choice{"high", QualityPreset::high},
-                               Choice{"balanced", QualityPreset::balanced},
-                               Choice{"small", QualityPreset::small}};
+constexpr std::array<Choice<QualityPreset>, 3> qualities{
+    {{"high", QualityPreset::high}, {"balanced", QualityPreset::balanced}, {"small", QualityPreset::small}}};
 
 template <typename Value>
 std::optional<Value> chosen(const Arguments& arguments, const QString& option,

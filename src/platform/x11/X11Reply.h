@@ -7,7 +7,7 @@
 namespace tessaloom {
 
 struct FreeDelete {
-    void operator()(void* memory) const { std::free(memory); }
+    void operator()(void* memory) const { std::free(memory); }  // NOLINT(cppcoreguidelines-owning-memory)
 };
 
 /// What XCB hands out from malloc: replies, errors and events.

@@ -21,7 +21,8 @@ std::vector<ShareableDisplay> monitors(const X11Connection& connection, double s
     std::vector<ShareableDisplay> displays;
     const auto* extension = xcb_get_extension_data(connection, &xcb_randr_id);
     if (extension == nullptr || extension->present == 0) return displays;
-    X11Reply<xcb_randr_query_version_reply_t>(
+    // The server answers requests of an extension only after its version was asked for.
+    const X11Reply<xcb_randr_query_version_reply_t> version(
         xcb_randr_query_version_reply(connection, xcb_randr_query_version(connection, 1, 5), nullptr));
     const auto cookie = xcb_randr_get_monitors(connection, connection.root(), 1);
     const X11Reply<xcb_randr_get_monitors_reply_t> reply(

@@ -17,7 +17,7 @@ X11ShmSegment::X11ShmSegment(const X11Connection& connection, std::size_t size)
         throw std::system_error(errno, std::generic_category(), "No shared memory for the screen");
     void* memory = shmat(identifier, nullptr, 0);
     const int attachError = errno;
-    const bool attached = memory != reinterpret_cast<void*>(-1);
+    const bool attached = reinterpret_cast<std::intptr_t>(memory) != -1;
     id_ = xcb_generate_id(connection_);
     const X11Reply<xcb_generic_error_t> refusal(
         attached
