@@ -24,7 +24,7 @@ struct EditParams {  // NOLINT(clang-analyzer-optin.performance.Padding): ordere
     int version = 1;
     TrimRange trim;
     AspectPreset aspect = AspectPreset::native;
-    /// The part of the frame that is shown.
+    /// What is shown of the frame.
     RelativeRect crop;
     Background background;
     /// 0 to 1.
@@ -48,7 +48,7 @@ struct EditParams {  // NOLINT(clang-analyzer-optin.performance.Padding): ordere
     bool micEnhanced = false;
     CursorStyle cursorStyle = CursorStyle::system;
     bool gifLoop = true;
-    /// Keep only `keptSegments`, the parts with speech.
+    /// Keep only `keptSegments`, the stretches with speech.
     bool removeSilences = false;
     std::vector<TimeSegment> keptSegments;
     bool removeFillers = false;

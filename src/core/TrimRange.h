@@ -5,7 +5,7 @@
 
 namespace tessaloom {
 
-/// The part of the source that is kept, in source seconds. No `end` means the end of the recording.
+/// The stretch of the source that is kept, in source seconds. No `end` means the end of the recording.
 struct TrimRange {
     double start = 0;
     std::optional<double> end;

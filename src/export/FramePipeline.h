@@ -33,7 +33,7 @@ class FramePipeline {
     explicit FramePipeline(const Parts& parts);
 
     /// Runs to the end and returns how many frames were written; draws on the calling thread. `progress` gets
-    /// the finished fraction there. Throws ExportCancelled, and what any of the parts throws.
+    /// the finished fraction there. Throws ExportCancelled, and what any stage throws.
     std::int64_t run(const std::function<void(double)>& progress, const std::stop_token& stop);
 
   private:

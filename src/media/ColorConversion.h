@@ -11,7 +11,7 @@ namespace tessaloom {
 // rounded to the nearest step; a chroma sample is made of the mean of its four pixels. Alpha is ignored.
 // Callable from any thread.
 
-/// Converts the part of `source` under `region`, grown to even coordinates, into the same place of `target`.
+/// Converts the area of `source` under `region`, grown to even coordinates, into the same place of `target`.
 /// Both pictures have the same size; the region lies inside it.
 void bgraToYuv(const BgraView& source, YuvImage& target, PixelRect region);
 

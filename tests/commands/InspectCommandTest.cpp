@@ -143,6 +143,14 @@ TEST_F(InspectCommand, CutsTellWhatIsKeptAndForHowLong) {
               R"("speed":2,"totalDuration":20,"trimEnd":18,"trimStart":2})");
 }
 
+TEST_F(InspectCommand, ASpeedOfNothingStillTellsThatThereIsNoLength) {
+    bundle_.write(restingLog());
+    EditParams edit;
+    edit.speed = 0;
+    bundle_.write(edit);
+    EXPECT_NE(withoutWhiteSpace(facts({"cuts", "a"})).find(R"("outputDuration":null,)"), std::string::npos);
+}
+
 TEST_F(InspectCommand, AFrameIsToldInCanvasPixels) {
     bundle_.write(restingLog());
     bundle_.write(plainEdit());

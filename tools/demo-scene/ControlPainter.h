@@ -11,7 +11,7 @@ namespace tessaloom::demo {
 /// Paints one visible control inside its painted area.
 void paintControl(QPainter& painter, const Control& control, const Look& look);
 
-// The parts, each in a file of its own; `rect` is the control's rectangle.
+// The pieces, each in a file of its own; `rect` is the control's rectangle.
 
 void paintNavigation(QPainter& painter, const QRect& rect, int index, const Look& look);
 void paintGoal(QPainter& painter, const QRect& rect, const Look& look);

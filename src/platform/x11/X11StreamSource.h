@@ -31,7 +31,7 @@ class X11StreamSource {
     virtual xcb_drawable_t drawable() const = 0;
     virtual int originX() const = 0;
     virtual int originY() const = 0;
-    /// The part of the picture that has pixels at present; the rest is black. In picture coordinates.
+    /// The area of the picture that has pixels at present; the rest is black. In picture coordinates.
     virtual PixelRect available() const = 0;
 
     virtual Change handle(const xcb_generic_event_t& event) = 0;
