@@ -38,6 +38,12 @@ void KeyframeSweep::advance(double time) {
         running_.pop();
 }
 
+bool KeyframeSweep::standsUntil(double time) const {
+    const bool starts = started_ < byStart_.size() && keyframes_[byStart_[started_]].startPTS <= time;
+    const bool ends = ended_ < byEnd_.size() && keyframes_[byEnd_[ended_]].endPTS < time;
+    return !starts && !ends;
+}
+
 std::optional<std::size_t> KeyframeSweep::inForce() const {
     return running_.empty() ? std::nullopt : std::optional(running_.top());
 }

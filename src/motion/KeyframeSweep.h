@@ -22,6 +22,9 @@ class KeyframeSweep {
     /// `time` must not be before an earlier call's.
     void advance(double time);
 
+    /// Whether an advance to this later time would change none of the answers below, nor one on the way.
+    bool standsUntil(double time) const;
+
     /// The first in the list that covers the time.
     std::optional<std::size_t> inForce() const;
     /// The last in the list that has ended.
