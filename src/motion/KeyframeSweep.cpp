@@ -44,12 +44,4 @@ bool KeyframeSweep::standsUntil(double time) const {
     return !starts && !ends;
 }
 
-std::optional<std::size_t> KeyframeSweep::inForce() const {
-    return running_.empty() ? std::nullopt : std::optional(running_.top());
-}
-
-std::optional<std::size_t> KeyframeSweep::after() const {
-    return started_ == byStart_.size() ? std::nullopt : std::optional(firstToStart_[started_]);
-}
-
 }  // namespace tessaloom

@@ -114,14 +114,19 @@ std::uint64_t endOfRest(const KeyframeSweep& sweep, std::span<const ZoomKeyframe
     return end;
 }
 
-/// Unlike a comparison of numbers, this also finds what is no number at rest, and 0 different from -0.
-bool sameBits(double a, double b) {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+/// One step of the filter; answers whether it moved the value. By the bits: unlike a comparison of numbers
+/// this also finds what is no number at rest, and 0 different from -0.
+bool follow(double& value, double raw) {
+    const double last = std::exchange(value, value + (raw - value) * filterCoefficient);
+    return std::bit_cast<std::uint64_t>(value) != std::bit_cast<std::uint64_t>(last);
 }
 
-bool sameBits(const RelativeRect& a, const RelativeRect& b) {
-    return sameBits(a.x, b.x) && sameBits(a.y, b.y) && sameBits(a.width, b.width) &&
-           sameBits(a.height, b.height);
+bool follow(RelativeRect& camera, const RelativeRect& raw) {
+    const bool across = follow(camera.x, raw.x);
+    const bool down = follow(camera.y, raw.y);
+    const bool wider = follow(camera.width, raw.width);
+    const bool higher = follow(camera.height, raw.height);
+    return across || down || wider || higher;
 }
 
 /// Two samples more, so that a lookup at the very end can interpolate.
@@ -136,29 +141,30 @@ ZoomTimeline::ZoomTimeline(std::vector<ZoomKeyframe> keyframes, double duration)
     : keyframes_(std::move(keyframes)) {
     if (keyframes_.empty() || !(duration > 0)) return;
     sampleCount_ = sampleCountOver(duration);
-    KeyframeSweep sweep(keyframes_);
-    sweep.advance(0);
-    RelativeRect previous = curveAt(sweep, keyframes_, 0, bridgeGap);
-    const std::uint64_t mostSteps = std::min(sampleCount_, longestMotion);
-    stored_.reserve(mostSteps);  // what of it is never written takes no memory
-    std::uint64_t sample = 0;
-    for (std::uint64_t step = 0; step < mostSteps && sample < sampleCount_; ++step) {
-        const double time = timeOf(sample);
-        sweep.advance(time);
-        const RelativeRect next =
-            between(previous, curveAt(sweep, keyframes_, time, bridgeGap), filterCoefficient);
-        const bool rests = sameBits(next, previous);
-        if (!rests || sample == 0) store(sample, next);
-        sample = rests ? endOfRest(sweep, keyframes_, sample, sampleCount_, bridgeGap) : sample + 1;
-        previous = next;
-    }
+    build();
 }
 
-void ZoomTimeline::store(std::uint64_t sample, const RelativeRect& rect) {
-    const bool continues = !stretches_.empty() &&
-                           sample - stretches_.back().firstSample == stored_.size() - stretches_.back().place;
-    if (!continues) stretches_.push_back({sample, stored_.size()});
-    stored_.push_back(rect);
+void ZoomTimeline::build() {
+    KeyframeSweep sweep(keyframes_);
+    sweep.advance(0);
+    const std::uint64_t mostSteps = std::min(sampleCount_, longestMotion);
+    stored_.reserve(mostSteps);  // what of it is never written takes no memory
+    const RelativeRect start = curveAt(sweep, keyframes_, 0, bridgeGap);
+    stored_.push_back(start);
+    follow(stored_.back(), start);
+    stretches_.push_back({0, 0});
+    bool moved = true;
+    std::uint64_t sample = 1;
+    for (std::uint64_t step = 1; step < mostSteps && sample < sampleCount_; ++step) {
+        const double time = timeOf(sample);
+        sweep.advance(time);
+        stored_.push_back(stored_.back());
+        const bool moves = follow(stored_.back(), curveAt(sweep, keyframes_, time, bridgeGap));
+        if (!moves) stored_.pop_back();
+        if (moves && !moved) stretches_.push_back({sample, stored_.size() - 1});
+        sample = moves ? sample + 1 : endOfRest(sweep, keyframes_, sample, sampleCount_, bridgeGap);
+        moved = moves;
+    }
 }
 
 RelativeRect ZoomTimeline::sample(std::uint64_t index) const {

@@ -59,7 +59,7 @@ class ZoomTimeline {
         bool operator==(const Stretch&) const = default;
     };
 
-    void store(std::uint64_t sample, const RelativeRect& rect);
+    void build();
 
     std::vector<ZoomKeyframe> keyframes_;
     std::uint64_t sampleCount_ = 0;
