@@ -136,6 +136,26 @@ TEST(ZoomTimeline, ABlockWithoutLengthShowsAtItsInstantOnly) {
     EXPECT_EQ(curve({block(2, 2)}, 2.0001), wholeFrame);
 }
 
+TEST(ZoomTimeline, ABlockWithoutLengthBetweenTwoSamplesHasNoEffect) {
+    const ZoomTimeline missed({block(2.005, 2.005)}, 5);
+    EXPECT_EQ(missed.storedCount(), 1U);
+    EXPECT_EQ(missed.rect(2.005), wholeFrame);
+    const ZoomTimeline met({block(2, 2)}, 5);
+    EXPECT_GT(met.rect(2).x, 0) << "a sample falls on it";
+    EXPECT_LT(met.rect(2).x, 0.1 * target.x);
+}
+
+TEST(ZoomTimeline, WhereBlocksTouchOnlyTheFilterSoftensTheJump) {
+    const ZoomTimeline timeline({block(-10, 2), block(2, 8, otherTarget)}, 8);
+    EXPECT_EQ(timeline.sample(120), target) << "at 2 s";
+    const double coefficient = (1.0 / 60) / (0.18 + 1.0 / 60);
+    double left = target.x - otherTarget.x;
+    for (std::uint64_t index = 121; index < 200; ++index) {
+        left *= 1 - coefficient;
+        ASSERT_NEAR(timeline.sample(index).x, otherTarget.x + left, 1e-12);
+    }
+}
+
 TEST(ZoomTimeline, TheTableFollowsTheCurveThroughTheFilter) {
     const std::vector<ZoomKeyframe> keyframes{block(0.5, 2), block(3, 4, otherTarget), block(4.5, 6)};
     const ZoomTimeline timeline(keyframes, 6.01);
