@@ -40,7 +40,7 @@ void warnOf(const std::vector<Unreadable>& failures, Warnings& warnings) {
     std::string reasons;
     for (const auto& [file, reason] : failures) {
         names += (names.empty() ? "\"" : " and \"") + std::string(file) + '"';
-        reasons += ' ' + reason;
+        reasons += ' ' + reason + (reason.ends_with('.') ? "" : ".");
     }
     warnings.push_back("The recording's " + names + " can't be read and " +
                        (failures.size() == 1 ? "counts" : "count") + " as empty:" + reasons);
