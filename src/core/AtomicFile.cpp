@@ -46,7 +46,8 @@ void replaceFile(const std::filesystem::path& path, std::string_view content) {
 }
 
 std::string readFile(const std::filesystem::path& path) {
-    return FileDescriptor::open(path, O_RDONLY).readAll();
+    // A pipe in a file's place must not make the program wait for somebody to write into it.
+    return FileDescriptor::open(path, O_RDONLY | O_NONBLOCK).readAll();
 }
 
 }  // namespace tessaloom

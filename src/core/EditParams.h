@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,7 @@ namespace tessaloom {
 
 /// The whole edit of one recording. All times are source seconds; lengths are points of the captured area.
 struct EditParams {  // NOLINT(clang-analyzer-optin.performance.Padding): ordered by meaning
-    int version = 1;
+    std::int64_t version = 1;
     TrimRange trim;
     AspectPreset aspect = AspectPreset::native;
     /// What is shown of the frame.

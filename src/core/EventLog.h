@@ -14,7 +14,7 @@ namespace tessaloom {
 
 /// What the user did during a recording, in seconds since its first frame.
 struct EventLog {
-    int version = 1;
+    std::int64_t version = 1;
     /// Host clock, nanoseconds, just before the screen engine was created.
     std::uint64_t streamStartHostTime = 0;
     CaptureRect captureRect;

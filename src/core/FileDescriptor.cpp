@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -44,6 +45,7 @@ void FileDescriptor::writeAll(std::string_view bytes) {
 }
 
 std::string FileDescriptor::readAll() {
+    requireFile();
     std::string content;
     std::array<char, 65536> block{};
     for (;;) {
@@ -53,6 +55,14 @@ std::string FileDescriptor::readAll() {
         if (count == 0) return content;
         content.append(block.data(), static_cast<std::size_t>(count));
     }
+}
+
+void FileDescriptor::requireFile() const {
+    struct stat status {};
+    if (::fstat(number_, &status) != 0) fail("Can't read", path_);
+    if (S_ISREG(status.st_mode)) return;
+    errno = S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
+    fail("Can't read", path_);
 }
 
 void FileDescriptor::sync() {

@@ -27,6 +27,7 @@ class FileDescriptor {
 
     /// One write where the system allows it, repeated only for what it left over.
     void writeAll(std::string_view bytes);
+    /// Only of a regular file: it throws for pipes, devices and folders.
     std::string readAll();
     /// Returns when the content is on the disk: with all the file's attributes, or with those needed to read
     /// it back.
@@ -39,6 +40,8 @@ class FileDescriptor {
 
   private:
     FileDescriptor(int number, std::filesystem::path path) : number_(number), path_(std::move(path)) {}
+
+    void requireFile() const;
 
     int number_ = -1;
     std::filesystem::path path_;

@@ -14,6 +14,7 @@
 #include <limits>
 
 #include "core/JsonMending.h"
+#include "core/JsonNumber.h"
 
 namespace tessaloom {
 namespace {
@@ -44,11 +45,11 @@ class DocumentBuilder {
     bool StartArray() { return document_.StartArray(); }
     bool EndArray(unsigned count) { return document_.EndArray(count); }
 
-    /// A number beyond the range of a double is an unreadable value.
+    /// A number too great for a double is an unreadable value.
     bool RawNumber(const char* text, unsigned length, bool) {
         if (const auto value = converted<std::uint64_t>(text, length)) return document_.Uint64(*value);
         if (const auto value = converted<std::int64_t>(text, length)) return document_.Int64(*value);
-        if (const auto value = converted<double>(text, length)) return document_.Double(*value);
+        if (const auto value = readJsonNumber({text, length})) return document_.Double(*value);
         return document_.Null();
     }
 
@@ -178,15 +179,14 @@ bool readJson(const JsonValue& value, double& result) {
     return true;
 }
 
-bool readJson(const JsonValue& value, int& result) {
-    using Limits = std::numeric_limits<int>;
-    if (value.IsInt()) {
-        result = value.GetInt();
+bool readJson(const JsonValue& value, std::int64_t& result) {
+    constexpr double beyond = 9223372036854775808.0;
+    if (value.IsInt64()) {
+        result = value.GetInt64();
         return true;
     }
-    if (!isIntegral(value) || value.GetDouble() < Limits::min() || value.GetDouble() > Limits::max())
-        return false;
-    result = static_cast<int>(value.GetDouble());
+    if (!isIntegral(value) || value.GetDouble() < -beyond || value.GetDouble() >= beyond) return false;
+    result = static_cast<std::int64_t>(value.GetDouble());
     return true;
 }
 
@@ -240,8 +240,12 @@ bool writeJson(float value, JsonValue& result, JsonAllocator& allocator) {
     return writeJson(static_cast<double>(value), result, allocator);
 }
 
-bool writeJson(int value, JsonValue& result, JsonAllocator&) {
-    result.SetInt(value);
+bool writeJson(int value, JsonValue& result, JsonAllocator& allocator) {
+    return writeJson(std::int64_t{value}, result, allocator);
+}
+
+bool writeJson(std::int64_t value, JsonValue& result, JsonAllocator&) {
+    result.SetInt64(value);
     return true;
 }
 

@@ -50,7 +50,7 @@ std::string compactJson(const JsonValue& value);
 bool readJson(const JsonValue& value, bool& result);
 bool readJson(const JsonValue& value, double& result);
 /// Any number that is integral and in range.
-bool readJson(const JsonValue& value, int& result);
+bool readJson(const JsonValue& value, std::int64_t& result);
 bool readJson(const JsonValue& value, std::uint64_t& result);
 bool readJson(const JsonValue& value, std::string& result);
 bool readJson(const JsonValue& value, Uuid& result);
@@ -72,6 +72,7 @@ bool writeJson(double value, JsonValue& result, JsonAllocator& allocator);
 /// As the 64-bit number of the same value, so that it reads back the same in either width.
 bool writeJson(float value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(int value, JsonValue& result, JsonAllocator& allocator);
+bool writeJson(std::int64_t value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(std::uint64_t value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(std::string_view value, JsonValue& result, JsonAllocator& allocator);
 bool writeJson(const std::string& value, JsonValue& result, JsonAllocator& allocator);

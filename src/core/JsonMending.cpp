@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "core/JsonNumber.h"
+
 namespace tessaloom {
 namespace {
 
@@ -13,12 +15,9 @@ bool isNumberCharacter(char c) {
 
 /// Nothing for a number that a double can hold.
 std::optional<std::string_view> replacementForHuge(std::string_view number) {
-    double value = 0;
-    const auto error = std::from_chars(number.data(), number.data() + number.size(), value).ec;
-    if (error == std::errc{} && value == 0) return "0";  // as in 0e999
-    const bool isTiny = number.find("e-") != number.npos || number.find("E-") != number.npos ||
-                        number.starts_with("0.") || number.starts_with("-0.");
-    if (error == std::errc::result_out_of_range && !isTiny) return "null";
+    const auto value = readJsonNumber(number);
+    if (!value) return "null";
+    if (*value == 0) return "0";  // as in 0e999
     return std::nullopt;
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +26,14 @@ TEST(AtomicFile, ReplacesTheContentAndLeavesNothingElse) {
     replaceFile(path, "second");
     EXPECT_EQ(readFile(path), "second");
     EXPECT_EQ(entries(folder.path()), 1U);
+}
+
+TEST(AtomicFile, WhatIsNoFileIsNotRead) {
+    const test::TemporaryFolder folder;
+    const auto pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const auto& path : {pipe, folder.path(), std::filesystem::path("/dev/zero")})
+        EXPECT_THROW(readFile(path), std::system_error) << path;
 }
 
 TEST(AtomicFile, AMissingFolderIsAnErrorThatNamesTheFile) {

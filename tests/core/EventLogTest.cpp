@@ -121,7 +121,7 @@ TEST(EventLog, IntegersTakeAnyIntegralNumberInRange) {
     struct Case {
         const char* text;
         std::uint64_t hostTime;
-        int version;
+        std::int64_t version;
     };
     const Case cases[] = {
         {"5", 5, 5},
@@ -131,8 +131,8 @@ TEST(EventLog, IntegersTakeAnyIntegralNumberInRange) {
         {"-1", 0, -1},
         {"true", 0, 1},
         {"\"5\"", 0, 1},
-        {"2147483648", 2147483648U, 1},
-        {"-2147483648.0", 0, -2147483648},
+        {"2147483648", 2147483648U, 2147483648},
+        {"-9223372036854775808", 0, std::numeric_limits<std::int64_t>::min()},
         {"9223372036854775808", 9223372036854775808U, 1},
         {"18446744073709551615", 18446744073709551615U, 1},
         {"18446744073709551616", 0, 1},
