@@ -14,7 +14,9 @@ Exporter::Settings exportSettings(const OpenTake& take, const ExportChoices& cho
         .wallpaper = take.wallpaper(),
         .outputLongEdge = outputLongEdge(choices.resolution, aspect),
         .bitsPerPixel = bitsPerPixel(choices.quality),
+        .gifLoop = take.edit.gifLoop,
         .speed = take.edit.speed,
+        .webcam = take.bundle.hasWebcam() ? std::optional(take.edit.webcam) : std::nullopt,
         .cursorStyle = take.edit.cursorStyle,
         .makeComposer = [take](Size imageSize, Point hotspot) { return take.composer(imageSize, hotspot); }};
 }
