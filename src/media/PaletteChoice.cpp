@@ -44,9 +44,9 @@ struct Box {
 
     std::pair<Box, Box> split() const {
         const auto axis = static_cast<std::size_t>(std::ranges::max_element(spread) - spread.begin());
-        const auto upper =
-            std::ranges::partition(groups, [&](const Group& group) { return group.mean[axis] < mean[axis]; });
-        const std::size_t lower = groups.size() - upper.size();
+        const auto upper = std::partition(groups.begin(), groups.end(),
+                                          [&](const Group& group) { return group.mean[axis] < mean[axis]; });
+        const auto lower = static_cast<std::size_t>(upper - groups.begin());
         return {Box(groups.first(lower)), Box(groups.subspan(lower))};
     }
 };
@@ -63,6 +63,7 @@ std::vector<Channels> splitColors(std::span<Group> groups, std::size_t size) {
         std::ranges::push_heap(boxes, byError);
     }
     std::vector<Channels> colors;
+    colors.reserve(boxes.size());
     for (const Box& box : boxes)
         colors.push_back(box.mean);
     return colors;
@@ -111,6 +112,7 @@ std::vector<std::uint32_t> choosePalette(std::vector<Group> groups, std::size_t 
     for (int i = 0; i < refinements; ++i)
         refine(colors, groups);
     std::vector<std::uint32_t> palette;
+    palette.reserve(colors.size());
     for (const Channels& color : colors)
         palette.push_back(packed(color));
     return palette;
