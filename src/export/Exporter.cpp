@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/Exporter.h"
 
+#include <new>
 #include <utility>
 
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
-#include "export/HeldFrameReader.h"
+#include "export/GIFWriter.h"
+#include "export/MovieSink.h"
 #include "export/OutputTimeline.h"
 #include "export/QualityPreset.h"
-#include "media/MediaError.h"
-#include "media/MovieReader.h"
-#include "media/MovieWriter.h"
+#include "export/TakeMovies.h"
 
 namespace tessaloom {
 namespace {
-
-constexpr double movieFramesPerSecond = 60;
 
 const char* messageOf(Exporter::Failure::Reason reason) {
     using enum Exporter::Failure::Reason;
@@ -24,18 +22,12 @@ const char* messageOf(Exporter::Failure::Reason reason) {
             return "The recording has no video track.";
         case cantRead:
             return "Couldn't read the recording.";
+        case cantWrite:
+            return "Couldn't write the exported file.";
+        case gifFailed:
+            return "Couldn't write the GIF.";
     }
     return "";
-}
-
-std::unique_ptr<MovieReader> openRecording(const TakeBundle& bundle, const OutputTimeline& timeline) {
-    std::optional<MovieReader::TimeRange> range;
-    if (const auto kept = timeline.sourceRange()) range = {kept->start, kept->end};
-    try {
-        return MovieReader::open(bundle.file(TakeBundle::screenFile), range);
-    } catch (const NoVideoTrack&) {
-        throw Exporter::Failure(Exporter::Failure::Reason::noVideoTrack);
-    }
 }
 
 MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel) {
@@ -65,27 +57,51 @@ Exporter::Exporter(const TakeBundle& bundle, const Settings& settings, std::uniq
                    FrameComposer composer)
     : bundle_(bundle), settings_(settings), renderer_(std::move(renderer)), composer_(std::move(composer)) {}
 
+Exporter::Run Exporter::begin(double framesPerSecond, std::optional<int> longEdgeLimit) const {
+    OutputTimeline timeline(settings_.segments, settings_.speed, framesPerSecond);
+    TakeMovies movies = TakeMovies::open(bundle_, settings_.webcam, timeline.sourceRange());
+    const CanvasSize canvas =
+        CanvasSize::fitting(movies.naturalWidth, movies.naturalHeight, settings_.aspect, longEdgeLimit);
+    return {.timeline = std::move(timeline), .movies = std::move(movies), .canvas = canvas};
+}
+
+template <typename Picture>
+std::int64_t Exporter::drawInto(FrameSink<Picture>& sink, Run& run, const Progress& progress,
+                                const std::stop_token& stop) {
+    try {
+        FramePipeline<Picture> pipeline({.movies = run.movies,
+                                         .timeline = run.timeline,
+                                         .composer = composer_,
+                                         .renderer = *renderer_,
+                                         .canvas = run.canvas,
+                                         .sink = sink});
+        return pipeline.run(progress, stop);
+    } catch (const std::bad_alloc&) {
+        throw Failure(Failure::Reason::cantWrite);
+    }
+}
+
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
                            const std::stop_token& stop) {
     throwIfStopped(stop);
-    const OutputTimeline timeline(settings_.segments, settings_.speed, movieFramesPerSecond);
-    auto reader = openRecording(bundle_, timeline);
-    const CanvasSize canvas = CanvasSize::fitting(reader->naturalWidth(), reader->naturalHeight(),
-                                                  settings_.aspect, settings_.outputLongEdge);
-    HeldFrameReader recording(std::move(reader));
-
+    Run run = begin(MovieSink::framesPerSecond, settings_.outputLongEdge);
     ExportStaging staging(destination);
-    const auto writer = MovieWriter::create(staging.url(), writerSettings(canvas, settings_.bitsPerPixel));
-    FramePipeline pipeline({.recording = recording,
-                            .timeline = timeline,
-                            .composer = composer_,
-                            .renderer = *renderer_,
-                            .canvas = canvas,
-                            .writer = *writer});
-    if (pipeline.run(progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
-    writer->finish();
+    MovieSink sink(MovieWriter::create(staging.url(), writerSettings(run.canvas, settings_.bitsPerPixel)));
+    if (drawInto(sink, run, progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
+    sink.finish();
     throwIfStopped(stop);
     staging.commit();
+    progress(1.0);
+}
+
+void Exporter::exportGIF(const std::filesystem::path& destination, const Progress& progress,
+                         const std::stop_token& stop) {
+    throwIfStopped(stop);
+    Run run = begin(settings_.gifFPS, settings_.gifMaxDimension);
+    GIFWriter writer(destination, settings_.gifFPS, run.timeline.frameCount(), settings_.gifLoop);
+    drawInto(writer, run, progress, stop);
+    throwIfStopped(stop);
+    writer.finish();
     progress(1.0);
 }
 

@@ -13,6 +13,11 @@
 #include "core/Geometry.h"
 #include "core/TakeBundle.h"
 #include "core/TimeSegment.h"
+#include "core/WebcamConfig.h"
+#include "export/CanvasSize.h"
+#include "export/FrameSink.h"
+#include "export/OutputTimeline.h"
+#include "export/TakeMovies.h"
 #include "render/FrameComposer.h"
 #include "render/Renderer.h"
 
@@ -37,19 +42,30 @@ class Exporter {
         /// Pixels; the recording's own size when absent.
         std::optional<int> outputLongEdge;
         double bitsPerPixel = 0.1;
+        double gifFPS = 15;
+        /// The longest side of a GIF in pixels.
+        int gifMaxDimension = 720;
+        /// A GIF repeats for ever.
+        bool gifLoop = true;
         double speed = 1;
+        /// The camera's bubble; absent without a camera.
+        std::optional<WebcamConfig> webcam;
         CursorStyle cursorStyle = CursorStyle::system;
         /// Gets the cursor's size and hot spot in points. Called on the main thread.
         std::function<FrameComposer(Size, Point)> makeComposer;
     };
 
-    /// The recording itself stands in the way; `what()` is for the user.
+    /// Ends an export; `what()` is for the user.
     class Failure : public std::runtime_error {
       public:
-        enum class Reason { noVideoTrack, cantRead };
+        enum class Reason { noVideoTrack, cantRead, cantWrite, gifFailed };
 
         explicit Failure(Reason reason);
         Reason reason() const { return reason_; }
+        /// True when it lies in the recording, false when in what is written.
+        bool isTheRecordings() const {
+            return reason_ == Reason::noVideoTrack || reason_ == Reason::cantRead;
+        }
 
       private:
         Reason reason_;
@@ -69,9 +85,26 @@ class Exporter {
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
 
+    /// The same for a GIF, at the settings' rate and size.
+    void exportGIF(const std::filesystem::path& destination, const Progress& progress,
+                   const std::stop_token& stop);
+
   private:
+    /// What one run reads and how large it draws.
+    struct Run {
+        OutputTimeline timeline;
+        TakeMovies movies;
+        CanvasSize canvas;
+    };
+
     Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
              FrameComposer composer);
+
+    Run begin(double framesPerSecond, std::optional<int> longEdgeLimit) const;
+    /// Returns how many frames the sink got.
+    template <typename Picture>
+    std::int64_t drawInto(FrameSink<Picture>& sink, Run& run, const Progress& progress,
+                          const std::stop_token& stop);
 
     TakeBundle bundle_;
     Settings settings_;
