@@ -19,9 +19,10 @@ constexpr int largestStep = 128;
 constexpr double reach = 3;
 constexpr int bandHeight = 4;
 
-// In 1/256 levels.
+// In 1/256 levels, rounded.
 std::uint16_t toMean(std::uint32_t sum, int pixels) {
-    return static_cast<std::uint16_t>(static_cast<float>(sum) * 256 / static_cast<float>(pixels) + 0.5F);
+    const auto count = static_cast<std::uint32_t>(pixels);
+    return static_cast<std::uint16_t>((sum * 256 + count / 2) / count);
 }
 
 // Each cell takes `step` pixels; what the last one lacks is its last pixel again.
@@ -84,14 +85,14 @@ void GaussianBlur::chooseKernel(double sigma) {
     step_ = static_cast<int>(std::clamp(std::floor(sigma / sigmaPerStep), 1.0, double{largestStep}));
     const double variance = (sigma * sigma - (step_ * step_ - 1) / 4.0) / (step_ * step_);
     radius_ = static_cast<int>(std::ceil(reach * std::sqrt(variance)));
-    weights_.resize(2 * static_cast<std::size_t>(radius_) + 1);
+    weights_.clear();
     const auto bell = [&](int offset) { return std::exp(-offset * offset / (2 * variance)); };
     double sum = 0;
     for (int offset = -radius_; offset <= radius_; ++offset)
         sum += bell(offset);
     for (int offset = -radius_; offset <= radius_; ++offset) {
         const double weight = std::round(bell(offset) / sum * 65536);
-        weights_[static_cast<std::size_t>(offset + radius_)] = static_cast<std::uint16_t>(weight);
+        weights_.push_back(static_cast<std::uint16_t>(weight));
     }
 }
 
