@@ -9,8 +9,10 @@
 #include "render/CursorImage.h"
 #include "render/PictureLevels.h"
 #include "render/PictureStage.h"
-#include "render/RasterCache.h"
 #include "render/Renderer.h"
+#include "render/RoundedRectStage.h"
+#include "render/TextRasters.h"
+#include "render/WebcamStage.h"
 
 namespace tessaloom {
 
@@ -32,16 +34,13 @@ class CpuRenderer final : public Renderer {
 
     void loadWallpaper(const std::optional<std::filesystem::path>& file) override;
     void prewarmKeystrokes(std::span<const std::string_view> texts) override;
+    void prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) override;
 
   private:
     struct Cursor {
         PictureLevels picture;
         Size size;
         Point hotspot;
-    };
-    struct Chip {
-        PictureLevels picture;
-        Size pixels;
     };
     /// In pixels.
     struct CanvasExtent {
@@ -50,11 +49,17 @@ class CpuRenderer final : public Renderer {
     };
 
     Cursor makeCursor(CursorStyle style) const;
-    const Chip* keystrokeChip(std::string_view text);
     void prepare(const FrameComposer::Frame& frame, const FrameSources& sources, CanvasExtent canvas);
     void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
     void prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas);
     void prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas);
+    void prepareWebcam(const std::optional<WebcamUniforms>& webcam, const FrameSources& sources,
+                       CanvasExtent canvas);
+    void prepareCaption(const FrameComposer::Frame& frame, CanvasExtent canvas);
+    void prepareRoundedRect(RoundedRectStage& stage, const std::optional<RoundedRectUniforms>& uniforms,
+                            CanvasExtent canvas);
+    void prepareChip(PictureStage& stage, const PictureLevels& raster, const ChipUniforms& chip,
+                     CanvasExtent canvas);
     void prepareOverlay(PictureStage& stage, BgraView picture, const PictureStage::Placement& placement,
                         CanvasExtent canvas);
     void growScratch(int pictureWidth, int canvasWidth);
@@ -63,7 +68,7 @@ class CpuRenderer final : public Renderer {
     std::vector<std::string> themes_;
     CursorStyle cursorStyle_ = CursorStyle::system;
     Cursor cursor_;
-    RasterCache<Chip> keystrokeChips_;
+    TextRasters<PictureLevels> texts_;
     std::optional<std::filesystem::path> wallpaperFile_;
     BgraImage wallpaper_;
     std::uint64_t wallpaperIdentity_ = 1;
@@ -72,7 +77,12 @@ class CpuRenderer final : public Renderer {
 
     CompositeStage composite_;
     PictureStage cursorStage_;
+    WebcamStage webcam_;
     PictureStage keystrokeStage_;
+    RoundedRectStage captionPlate_;
+    RoundedRectStage captionUnderline_;
+    PictureStage captionText_;
+    PictureStage captionWord_;
     WorkerPool pool_;
     std::vector<RowScratch> scratch_;
     /// One per participant: a band on its way into a YUV picture.
