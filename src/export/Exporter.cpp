@@ -3,11 +3,13 @@
 
 #include <utility>
 
+#include "export/AudioMix.h"
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
 #include "export/HeldFrameReader.h"
 #include "export/OutputTimeline.h"
 #include "export/QualityPreset.h"
+#include "export/SoundPump.h"
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
 #include "media/MovieWriter.h"
@@ -38,9 +40,10 @@ std::unique_ptr<MovieReader> openRecording(const TakeBundle& bundle, const Outpu
     }
 }
 
-MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel) {
+MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel, bool sound) {
     return {.container = MovieWriter::Container::mp4,
-            .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel))};
+            .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel)),
+            .sound = sound};
 }
 
 void throwIfStopped(const std::stop_token& stop) {
@@ -73,15 +76,20 @@ void Exporter::exportVideo(const std::filesystem::path& destination, const Progr
     const CanvasSize canvas = CanvasSize::fitting(reader->naturalWidth(), reader->naturalHeight(),
                                                   settings_.aspect, settings_.outputLongEdge);
     HeldFrameReader recording(std::move(reader));
+    auto mix = makeAudioMix(bundle_, settings_);
 
     ExportStaging staging(destination);
-    const auto writer = MovieWriter::create(staging.url(), writerSettings(canvas, settings_.bitsPerPixel));
+    const auto writer =
+        MovieWriter::create(staging.url(), writerSettings(canvas, settings_.bitsPerPixel, mix.has_value()));
+    std::optional<SoundPump> sound;
+    if (mix) sound.emplace(std::move(*mix), *writer);
     FramePipeline pipeline({.recording = recording,
                             .timeline = timeline,
                             .composer = composer_,
                             .renderer = *renderer_,
                             .canvas = canvas,
-                            .writer = *writer});
+                            .writer = *writer,
+                            .sound = sound ? &*sound : nullptr});
     if (pipeline.run(progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
     writer->finish();
     throwIfStopped(stop);

@@ -47,10 +47,12 @@ FramePipeline::FramePipeline(const Parts& parts)
 
 std::int64_t FramePipeline::run(const std::function<void(double)>& progress, const std::stop_token& stop) {
     auto decoding = std::async(std::launch::async, [this] { decode(); });
-    auto encoding = std::async(std::launch::async, [this] { return encode(); });
+    auto encoding = std::async(std::launch::async, [this, &stop] { return encode(stop); });
     draw(progress, stop);
     decoding.get();
-    return encoding.get();
+    const std::int64_t count = encoding.get();
+    if (parts_.sound != nullptr) parts_.sound->finish(stop);
+    return count;
 }
 
 void FramePipeline::decode() {
@@ -99,14 +101,16 @@ void FramePipeline::draw(const std::function<void(double)>& progress, const std:
     }
 }
 
-std::int64_t FramePipeline::encode() {
+std::int64_t FramePipeline::encode(const std::stop_token& stop) {
     const CloseAtEnd close(drawnFrames_, freeDrawnPictures_);
     constexpr double duration = 1.0 / 60.0;
     auto picture = std::make_unique<YuvImage>(parts_.canvas.width, parts_.canvas.height);
     std::int64_t count = 0;
     while (auto drawn = drawnFrames_.pop()) {
         if (drawn->picture) freeDrawnPictures_.push(std::exchange(picture, std::move(drawn->picture)));
-        parts_.writer.appendVideo(*picture, static_cast<double>(drawn->index) / 60.0, duration);
+        const double time = static_cast<double>(drawn->index) / 60.0;
+        parts_.writer.appendVideo(*picture, time, duration);
+        if (parts_.sound != nullptr) parts_.sound->pumpTo(time + duration, stop);
         ++count;
     }
     return count;

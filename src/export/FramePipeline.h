@@ -10,6 +10,7 @@
 #include "export/CanvasSize.h"
 #include "export/HeldFrameReader.h"
 #include "export/OutputTimeline.h"
+#include "export/SoundPump.h"
 #include "media/MovieWriter.h"
 #include "render/FrameComposer.h"
 #include "render/Renderer.h"
@@ -28,6 +29,7 @@ class FramePipeline {
         Renderer& renderer;
         CanvasSize canvas;
         MovieWriter& writer;
+        SoundPump* sound;  ///< null for a silent movie
     };
 
     explicit FramePipeline(const Parts& parts);
@@ -51,7 +53,7 @@ class FramePipeline {
 
     void decode();
     void draw(const std::function<void(double)>& progress, const std::stop_token& stop);
-    std::int64_t encode();
+    std::int64_t encode(const std::stop_token& stop);
 
     Parts parts_;
     BoundedQueue<SourceFrame> sourceFrames_;

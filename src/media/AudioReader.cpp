@@ -18,8 +18,19 @@ constexpr std::int64_t longestReadOn = 2 * soundRate;
 /// Stored times may be this far off, as where a container counts milliseconds; more is a hole in the track.
 constexpr double timeSlack = 0.003;
 
+/// Far above full scale; only damage is louder.
+constexpr float loudest = 16;
+
 float heard(float value) {
-    return std::isfinite(value) ? value : 0.0F;
+    return std::isfinite(value) ? std::clamp(value, -loudest, loudest) : 0.0F;
+}
+
+/// What an encoder added behind the end to fill its last frame isn't played; the frame's stored duration
+/// tells where times are counted in samples.
+void dropPadding(AVFrame& frame, AVRational timeBase) {
+    const bool countsSamples = av_cmp_q(timeBase, {1, frame.sample_rate}) == 0;
+    if (countsSamples && frame.pkt_duration > 0 && frame.pkt_duration < frame.nb_samples)
+        frame.nb_samples = static_cast<int>(frame.pkt_duration);
 }
 
 }  // namespace
@@ -123,7 +134,8 @@ bool AudioReader::decodeMore() {
 
 void AudioReader::takeFrame() {
     Source& source = *source_;
-    const AVFrame& frame = *source.frame;
+    AVFrame& frame = *source.frame;
+    dropPadding(frame, source.track.stream.time_base);
     const double time = source.timeOf(frame);
     if (source.nextTime && std::abs(time - *source.nextTime) <= timeSlack) {
         chunkStart_ = chunkEnd();
