@@ -6,18 +6,13 @@
 #include "export/AudioMix.h"
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
-#include "export/HeldFrameReader.h"
+#include "export/MovieSink.h"
 #include "export/OutputTimeline.h"
 #include "export/QualityPreset.h"
-#include "export/SoundPump.h"
-#include "media/MediaError.h"
-#include "media/MovieReader.h"
-#include "media/MovieWriter.h"
+#include "export/TakeMovies.h"
 
 namespace tessaloom {
 namespace {
-
-constexpr double movieFramesPerSecond = 60;
 
 const char* messageOf(Exporter::Failure::Reason reason) {
     using enum Exporter::Failure::Reason;
@@ -28,16 +23,6 @@ const char* messageOf(Exporter::Failure::Reason reason) {
             return "Couldn't read the recording.";
     }
     return "";
-}
-
-std::unique_ptr<MovieReader> openRecording(const TakeBundle& bundle, const OutputTimeline& timeline) {
-    std::optional<MovieReader::TimeRange> range;
-    if (const auto kept = timeline.sourceRange()) range = {kept->start, kept->end};
-    try {
-        return MovieReader::open(bundle.file(TakeBundle::screenFile), range);
-    } catch (const NoVideoTrack&) {
-        throw Exporter::Failure(Exporter::Failure::Reason::noVideoTrack);
-    }
 }
 
 MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel, bool sound) {
@@ -68,30 +53,36 @@ Exporter::Exporter(const TakeBundle& bundle, const Settings& settings, std::uniq
                    FrameComposer composer)
     : bundle_(bundle), settings_(settings), renderer_(std::move(renderer)), composer_(std::move(composer)) {}
 
+Exporter::Run Exporter::begin(double framesPerSecond, std::optional<int> longEdgeLimit) const {
+    OutputTimeline timeline(settings_.segments, settings_.speed, framesPerSecond);
+    TakeMovies movies = TakeMovies::open(bundle_, settings_.webcam, timeline.sourceRange());
+    const CanvasSize canvas =
+        CanvasSize::fitting(movies.naturalWidth, movies.naturalHeight, settings_.aspect, longEdgeLimit);
+    return {.timeline = std::move(timeline), .movies = std::move(movies), .canvas = canvas};
+}
+
+template <typename Picture>
+std::int64_t Exporter::drawInto(FrameSink<Picture>& sink, Run& run, const Progress& progress,
+                                const std::stop_token& stop) {
+    FramePipeline<Picture> pipeline({.movies = run.movies,
+                                     .timeline = run.timeline,
+                                     .composer = composer_,
+                                     .renderer = *renderer_,
+                                     .canvas = run.canvas,
+                                     .sink = sink});
+    return pipeline.run(progress, stop);
+}
+
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
                            const std::stop_token& stop) {
     throwIfStopped(stop);
-    const OutputTimeline timeline(settings_.segments, settings_.speed, movieFramesPerSecond);
-    auto reader = openRecording(bundle_, timeline);
-    const CanvasSize canvas = CanvasSize::fitting(reader->naturalWidth(), reader->naturalHeight(),
-                                                  settings_.aspect, settings_.outputLongEdge);
-    HeldFrameReader recording(std::move(reader));
+    Run run = begin(MovieSink::framesPerSecond, settings_.outputLongEdge);
     auto mix = makeAudioMix(bundle_, settings_);
-
     ExportStaging staging(destination);
-    const auto writer =
-        MovieWriter::create(staging.url(), writerSettings(canvas, settings_.bitsPerPixel, mix.has_value()));
-    std::optional<SoundPump> sound;
-    if (mix) sound.emplace(std::move(*mix), *writer);
-    FramePipeline pipeline({.recording = recording,
-                            .timeline = timeline,
-                            .composer = composer_,
-                            .renderer = *renderer_,
-                            .canvas = canvas,
-                            .writer = *writer,
-                            .sound = sound ? &*sound : nullptr});
-    if (pipeline.run(progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
-    writer->finish();
+    const auto settings = writerSettings(run.canvas, settings_.bitsPerPixel, mix.has_value());
+    MovieSink sink(MovieWriter::create(staging.url(), settings), std::move(mix), stop);
+    if (drawInto(sink, run, progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
+    sink.finish();
     throwIfStopped(stop);
     staging.commit();
     progress(1.0);

@@ -13,6 +13,11 @@
 #include "core/Geometry.h"
 #include "core/TakeBundle.h"
 #include "core/TimeSegment.h"
+#include "core/WebcamConfig.h"
+#include "export/CanvasSize.h"
+#include "export/FrameSink.h"
+#include "export/OutputTimeline.h"
+#include "export/TakeMovies.h"
 #include "render/FrameComposer.h"
 #include "render/Renderer.h"
 
@@ -42,7 +47,14 @@ class Exporter {
         /// Pixels; the recording's own size when absent.
         std::optional<int> outputLongEdge;
         double bitsPerPixel = 0.1;
+        double gifFPS = 15;
+        /// The longest side of a GIF in pixels.
+        int gifMaxDimension = 720;
+        /// A GIF repeats for ever.
+        bool gifLoop = true;
         double speed = 1;
+        /// The camera's bubble; absent without a camera.
+        std::optional<WebcamConfig> webcam;
         CursorStyle cursorStyle = CursorStyle::system;
         /// Used in place of the recorded microphone track, where there is one.
         std::optional<std::filesystem::path> micURL;
@@ -79,8 +91,21 @@ class Exporter {
                      const std::stop_token& stop);
 
   private:
+    /// What one run reads and how large it draws.
+    struct Run {
+        OutputTimeline timeline;
+        TakeMovies movies;
+        CanvasSize canvas;
+    };
+
     Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
              FrameComposer composer);
+
+    Run begin(double framesPerSecond, std::optional<int> longEdgeLimit) const;
+    /// Returns how many frames the sink got.
+    template <typename Picture>
+    std::int64_t drawInto(FrameSink<Picture>& sink, Run& run, const Progress& progress,
+                          const std::stop_token& stop);
 
     TakeBundle bundle_;
     Settings settings_;

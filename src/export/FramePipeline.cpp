@@ -2,7 +2,6 @@
 #include "export/FramePipeline.h"
 
 #include <future>
-#include <tuple>
 #include <utility>
 
 #include "export/Exporter.h"
@@ -16,84 +15,77 @@ constexpr std::size_t pictureCount = 3;
 /// Frames on the way; those without a picture cost nothing, and room for them lets a still scene run ahead.
 constexpr std::size_t frameCount = 16;
 
-/// Closes queues when its stage ends, however it ends, so that no other stage waits for it.
-template <typename... Queues>
-class CloseAtEnd {
+/// Calls what a stage leaves behind when it ends, however it ends.
+template <typename Action>
+class AtEnd {
   public:
-    explicit CloseAtEnd(Queues&... queues) : queues_(queues...) {}
-    ~CloseAtEnd() {
-        std::apply([](Queues&... queue) { (queue.close(), ...); }, queues_);
-    }
-    CloseAtEnd(const CloseAtEnd&) = delete;
-    CloseAtEnd& operator=(const CloseAtEnd&) = delete;
+    explicit AtEnd(Action action) : action_(std::move(action)) {}
+    ~AtEnd() { action_(); }
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
 
   private:
-    std::tuple<Queues&...> queues_;
+    Action action_;
 };
+
+HeldFrameReader* readerOf(std::optional<HeldFrameReader>& movie) {
+    return movie ? &*movie : nullptr;
+}
 
 }  // namespace
 
-FramePipeline::FramePipeline(const Parts& parts)
+template <typename Picture>
+FramePipeline<Picture>::FramePipeline(const Parts& parts)
     : parts_(parts),
+      recording_(&parts.movies.recording, pictureCount),
+      camera_(readerOf(parts.movies.camera), pictureCount),
+      matte_(readerOf(parts.movies.matte), pictureCount),
       sourceFrames_(frameCount),
-      freeSourcePictures_(pictureCount),
       drawnFrames_(frameCount),
-      freeDrawnPictures_(pictureCount) {
-    for (std::size_t i = 0; i < pictureCount; ++i) {
-        freeSourcePictures_.push(std::make_unique<BgraImage>());
-        freeDrawnPictures_.push(std::make_unique<YuvImage>(parts.canvas.width, parts.canvas.height));
-    }
+      freePictures_(pictureCount) {
+    for (std::size_t i = 0; i < pictureCount; ++i)
+        freePictures_.push(std::make_unique<Picture>(parts.canvas.width, parts.canvas.height));
 }
 
-std::int64_t FramePipeline::run(const std::function<void(double)>& progress, const std::stop_token& stop) {
+template <typename Picture>
+std::int64_t FramePipeline<Picture>::run(const std::function<void(double)>& progress,
+                                         const std::stop_token& stop) {
     auto decoding = std::async(std::launch::async, [this] { decode(); });
-    auto encoding = std::async(std::launch::async, [this, &stop] { return encode(stop); });
+    auto encoding = std::async(std::launch::async, [this] { return encode(); });
     draw(progress, stop);
     decoding.get();
-    const std::int64_t count = encoding.get();
-    if (parts_.sound != nullptr) parts_.sound->finish(stop);
-    return count;
+    return encoding.get();
 }
 
-void FramePipeline::decode() {
-    const CloseAtEnd close(sourceFrames_, freeSourcePictures_);
-    double shownTime = -1;
-    for (std::int64_t index = 0; index < parts_.timeline.frameCount(); ++index) {
-        SourceFrame frame{.index = index, .time = parts_.timeline.sourceTime(index), .picture = {}};
-        const DecodedFrame* held = parts_.recording.frame(frame.time);
-        if (held == nullptr) continue;
-        if (held->time() != shownTime) {
-            frame.picture = freeSourcePictures_.pop().value_or(nullptr);
-            if (!frame.picture) return;
-            held->toBgra(*frame.picture);
-            shownTime = held->time();
-        }
+template <typename Picture>
+void FramePipeline<Picture>::decode() {
+    const AtEnd close([this] { sourceFrames_.close(); });
+    const OutputTimeline& timeline = parts_.timeline;
+    for (std::int64_t index = 0; index < timeline.frameCount(); ++index) {
+        SourceFrame frame{
+            .index = index, .time = timeline.sourceTime(index), .recording = {}, .camera = {}, .matte = {}};
+        if (!recording_.read(frame.time, frame.recording)) return;
+        if (!recording_.hasBegun()) continue;
+        const double cameraTime = frame.time - parts_.movies.cameraOffset;
+        if (!camera_.read(cameraTime, frame.camera) || !matte_.read(cameraTime, frame.matte)) return;
         if (!sourceFrames_.push(std::move(frame))) return;
     }
 }
 
-void FramePipeline::draw(const std::function<void(double)>& progress, const std::stop_token& stop) {
-    const CloseAtEnd close(sourceFrames_, freeSourcePictures_, drawnFrames_, freeDrawnPictures_);
+template <typename Picture>
+void FramePipeline<Picture>::draw(const std::function<void(double)>& progress, const std::stop_token& stop) {
+    const AtEnd close([this] { closeAll(); });
     const auto total = static_cast<double>(parts_.timeline.frameCount());
-    const CanvasSize canvas = parts_.canvas;
-    auto recording = std::make_unique<BgraImage>();
-    std::uint64_t identity = 0;
     std::optional<FrameComposer::Frame> last;
     while (auto source = sourceFrames_.pop()) {
         if (stop.stop_requested()) throw ExportCancelled();
-        const bool sourceChanged = source->picture != nullptr;
-        if (sourceChanged) {
-            freeSourcePictures_.push(std::exchange(recording, std::move(source->picture)));
-            ++identity;
-        }
-        auto composed =
-            onSubpixelGrid(parts_.composer.composeFrame(source->time, canvas.width, canvas.height),
-                           recording->width(), recording->height());
+        const Changes changes = show(*source);
+        auto composed = compose(source->time);
         DrawnFrame drawn{.index = source->index, .picture = {}};
-        if (sourceChanged || last != composed) {
-            drawn.picture = freeDrawnPictures_.pop().value_or(nullptr);
+        if (changes.recording || (changes.camera && composed.webcam) || last != composed) {
+            drawn.picture = freePictures_.pop().value_or(nullptr);
             if (!drawn.picture) return;
-            parts_.renderer.render(composed, {.recording = {recording->view(), identity}}, *drawn.picture);
+            parts_.renderer.render(composed, shownSources(), *drawn.picture);
             last = std::move(composed);
         }
         if (!drawnFrames_.push(std::move(drawn))) return;
@@ -101,19 +93,54 @@ void FramePipeline::draw(const std::function<void(double)>& progress, const std:
     }
 }
 
-std::int64_t FramePipeline::encode(const std::stop_token& stop) {
-    const CloseAtEnd close(drawnFrames_, freeDrawnPictures_);
-    constexpr double duration = 1.0 / 60.0;
-    auto picture = std::make_unique<YuvImage>(parts_.canvas.width, parts_.canvas.height);
+template <typename Picture>
+std::int64_t FramePipeline<Picture>::encode() {
+    const AtEnd close([this] {
+        drawnFrames_.close();
+        freePictures_.close();
+    });
+    auto picture = std::make_unique<Picture>(parts_.canvas.width, parts_.canvas.height);
     std::int64_t count = 0;
     while (auto drawn = drawnFrames_.pop()) {
-        if (drawn->picture) freeDrawnPictures_.push(std::exchange(picture, std::move(drawn->picture)));
-        const double time = static_cast<double>(drawn->index) / 60.0;
-        parts_.writer.appendVideo(*picture, time, duration);
-        if (parts_.sound != nullptr) parts_.sound->pumpTo(time + duration, stop);
+        const bool changed = drawn->picture != nullptr;
+        if (changed) freePictures_.push(std::exchange(picture, std::move(drawn->picture)));
+        parts_.sink.append(drawn->index, *picture, changed);
         ++count;
     }
     return count;
 }
+
+template <typename Picture>
+auto FramePipeline<Picture>::show(SourceFrame& source) -> Changes {
+    const bool recording = recording_.show(std::move(source.recording));
+    const bool camera = camera_.show(std::move(source.camera));
+    const bool matte = matte_.show(std::move(source.matte));
+    return {.recording = recording, .camera = camera || matte};
+}
+
+template <typename Picture>
+FrameSources FramePipeline<Picture>::shownSources() const {
+    return {.recording = recording_.shown(), .camera = camera_.shown(), .matte = matte_.shown()};
+}
+
+template <typename Picture>
+FrameComposer::Frame FramePipeline<Picture>::compose(double time) const {
+    const BgraView recording = recording_.shown().pixels;
+    return onSubpixelGrid(parts_.composer.composeFrame(time, parts_.canvas.width, parts_.canvas.height),
+                          recording.width, recording.height);
+}
+
+template <typename Picture>
+void FramePipeline<Picture>::closeAll() {
+    sourceFrames_.close();
+    recording_.close();
+    camera_.close();
+    matte_.close();
+    drawnFrames_.close();
+    freePictures_.close();
+}
+
+template class FramePipeline<YuvImage>;
+template class FramePipeline<BgraImage>;
 
 }  // namespace tessaloom

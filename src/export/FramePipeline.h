@@ -8,58 +8,76 @@
 
 #include "export/BoundedQueue.h"
 #include "export/CanvasSize.h"
-#include "export/HeldFrameReader.h"
+#include "export/FrameSink.h"
 #include "export/OutputTimeline.h"
-#include "export/SoundPump.h"
-#include "media/MovieWriter.h"
+#include "export/SourceTrack.h"
+#include "export/TakeMovies.h"
 #include "render/FrameComposer.h"
 #include "render/Renderer.h"
 
 namespace tessaloom {
 
-/// Carries an export's frames from the recording to the movie: decoding, drawing and encoding each have a
+/// Carries an export's frames from the recording to its file: decoding, drawing and encoding each have a
 /// thread and hand their pictures on through short queues. Buffers come back and are used again, and a frame
-/// that looks like the one before is neither drawn nor converted.
+/// that looks like the one before is neither drawn nor converted. `Picture` is what the sink takes: YuvImage
+/// or BgraImage.
+template <typename Picture>
 class FramePipeline {
   public:
     struct Parts {
-        HeldFrameReader& recording;
+        TakeMovies& movies;
         const OutputTimeline& timeline;
         const FrameComposer& composer;
         Renderer& renderer;
         CanvasSize canvas;
-        MovieWriter& writer;
-        SoundPump* sound;  ///< null for a silent movie
+        /// Called on the encoding thread.
+        FrameSink<Picture>& sink;
     };
 
     explicit FramePipeline(const Parts& parts);
 
-    /// Runs to the end and returns how many frames were written; draws on the calling thread. `progress` gets
+    /// Runs to the end and returns how many frames the sink got; draws on the calling thread. `progress` gets
     /// the finished fraction there. Throws ExportCancelled, and what any stage throws.
     std::int64_t run(const std::function<void(double)>& progress, const std::stop_token& stop);
 
   private:
-    /// One output frame with its picture of the recording; no picture means the one before.
+    /// One output frame with its sources; no picture means the one before.
     struct SourceFrame {
         std::int64_t index = 0;
         double time = 0;
-        std::unique_ptr<BgraImage> picture;
+        std::unique_ptr<BgraImage> recording;
+        std::unique_ptr<BgraImage> camera;
+        std::unique_ptr<BgraImage> matte;
     };
     /// One output frame ready to encode; no picture means the one before.
     struct DrawnFrame {
         std::int64_t index = 0;
-        std::unique_ptr<YuvImage> picture;
+        std::unique_ptr<Picture> picture;
+    };
+
+    /// Whether a frame's sources are others than those of the frame before.
+    struct Changes {
+        bool recording = false;
+        bool camera = false;
     };
 
     void decode();
     void draw(const std::function<void(double)>& progress, const std::stop_token& stop);
-    std::int64_t encode(const std::stop_token& stop);
+    std::int64_t encode();
+
+    // Parts of `draw`.
+    Changes show(SourceFrame& source);
+    FrameSources shownSources() const;
+    FrameComposer::Frame compose(double time) const;
+    void closeAll();
 
     Parts parts_;
+    SourceTrack recording_;
+    SourceTrack camera_;
+    SourceTrack matte_;
     BoundedQueue<SourceFrame> sourceFrames_;
-    BoundedQueue<std::unique_ptr<BgraImage>> freeSourcePictures_;
     BoundedQueue<DrawnFrame> drawnFrames_;
-    BoundedQueue<std::unique_ptr<YuvImage>> freeDrawnPictures_;
+    BoundedQueue<std::unique_ptr<Picture>> freePictures_;
 };
 
 }  // namespace tessaloom

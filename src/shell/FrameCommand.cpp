@@ -6,8 +6,8 @@
 #include <iostream>
 
 #include "core/AtomicFile.h"
-#include "export/HeldFrameReader.h"
 #include "export/TakeExport.h"
+#include "export/TakeMovies.h"
 #include "render/SubpixelGrid.h"
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
@@ -40,27 +40,41 @@ FrameArguments parse(const QStringList& words) {
     return parsed;
 }
 
-CanvasSize exportSize(const OpenTake& take, const MovieReader& movie) {
+CanvasSize exportSize(const OpenTake& take, const TakeMovies& movies) {
     const double aspect = canvasAspect(take, {});
-    return CanvasSize::fitting(movie.naturalWidth(), movie.naturalHeight(), aspect,
+    return CanvasSize::fitting(movies.naturalWidth, movies.naturalHeight, aspect,
                                outputLongEdge(ResolutionPreset::p1080, aspect));
 }
 
+TakeMovies openMovies(const OpenTake& take, double time) {
+    const bool cameraRuns = take.bundle.hasWebcam() && time >= take.log.webcamStartOffset;
+    return TakeMovies::open(take.bundle, cameraRuns ? std::optional(take.edit.webcam) : std::nullopt,
+                            TimeSegment{time, time + readAheadSeconds});
+}
+
+/// The picture in force at `time`; empty when there is none.
+BgraImage pictureAt(HeldFrameReader& movie, double time) {
+    BgraImage picture;
+    if (const DecodedFrame* held = movie.frame(time)) held->toBgra(picture);
+    return picture;
+}
+
 BgraImage drawFrame(const OpenTake& take, const FrameArguments& arguments, Renderer& renderer) {
-    auto movie = MovieReader::open(take.bundle.file(TakeBundle::screenFile),
-                                   MovieReader::TimeRange{arguments.time, arguments.time + readAheadSeconds});
-    const CanvasSize canvas = arguments.size.value_or(exportSize(take, *movie));
-    HeldFrameReader frames(std::move(movie));
-    const DecodedFrame* held = frames.frame(arguments.time);
-    if (held == nullptr)
+    TakeMovies movies = openMovies(take, arguments.time);
+    const BgraImage recording = pictureAt(movies.recording, arguments.time);
+    if (recording.empty())
         throw CommandError("The recording shows nothing at that time; it starts at 0 seconds.");
-    BgraImage recording;
-    held->toBgra(recording);
+    const double cameraTime = arguments.time - movies.cameraOffset;
+    const BgraImage camera = movies.camera ? pictureAt(*movies.camera, cameraTime) : BgraImage();
+    const BgraImage matte = movies.matte ? pictureAt(*movies.matte, cameraTime) : BgraImage();
+    const CanvasSize canvas = arguments.size.value_or(exportSize(take, movies));
     const FrameComposer composer = take.composer(renderer.cursorImageSize(), renderer.cursorHotspot());
     BgraImage target(canvas.width, canvas.height);
     const auto frame = composer.composeFrame(arguments.time, canvas.width, canvas.height);
-    renderer.render(onSubpixelGrid(frame, recording.width(), recording.height()),
-                    {.recording = {recording.view(), 1}}, target);
+    renderer.render(
+        onSubpixelGrid(frame, recording.width(), recording.height()),
+        {.recording = {recording.view(), 1}, .camera = {camera.view(), 1}, .matte = {matte.view(), 1}},
+        target);
     return target;
 }
 

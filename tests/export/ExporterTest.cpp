@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "export/Exporter.h"
+#include "export/ExporterFixture.h"
 
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -9,118 +8,21 @@
 
 #include <algorithm>
 #include <fstream>
-#include <future>
-#include <iterator>
-#include <thread>
 
-#include "media/ColorConversion.h"
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
 #include "render/CpuRenderer.h"
-#include "support/MovieMaker.h"
 #include "support/MovieProbe.h"
-#include "support/TemporaryFolder.h"
-#include "take/OpenTake.h"
 
-namespace tessaloom {
+namespace tessaloom::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int width = 160;
-constexpr int height = 90;
-
-/// Fills the canvas with the recording's first pixel and counts.
-class PlainRenderer final : public Renderer {
-  public:
-    explicit PlainRenderer(int& drawn) : drawn_(drawn) {}
-
-    void render(const FrameComposer::Frame&, const FrameSources& sources, BgraImage& target) override {
-        ++drawn_;
-        const std::uint8_t* pixel = sources.recording.pixels.row(0);
-        for (int y = 0; y < target.height(); ++y)
-            for (int x = 0; x < target.width(); ++x)
-                std::copy_n(pixel, 4, target.row(y) + std::ptrdiff_t{4} * x);
-    }
-    void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) override {
-        BgraImage picture(target.width(), target.height());
-        render(frame, sources, picture);
-        bgraToYuv(picture.view(), target, 0, 0);
-    }
-    void makeCursorTexture(CursorStyle style) override { style_ = style; }
-    CursorStyle cursorStyle() const override { return style_; }
-    Size cursorImageSize() const override { return {24, 24}; }
-    Point cursorHotspot() const override { return {0, 0}; }
-    void loadWallpaper(const std::optional<fs::path>&) override {}
-    void prewarmKeystrokes(std::span<const std::string_view>) override {}
-
-  private:
-    int& drawn_;
-    CursorStyle style_ = CursorStyle::system;
-};
-
-/// Which of the exported frames are bright.
-std::vector<std::size_t> brightFrames(const fs::path& movie) {
-    const auto reader = MovieReader::open(movie);
-    std::vector<std::size_t> bright;
-    BgraImage image;
-    for (std::size_t n = 0; const auto frame = reader->next(); ++n) {
-        frame->toBgra(image);
-        if (image.row(0)[1] > 128) bright.push_back(n);
-    }
-    return bright;
-}
-
-class ExporterTest : public ::testing::Test {
-  protected:
-    ExporterTest() : bundle_(TakeBundle::create(folder_.path() / "a.takes")) {
-        fs::create_directory(destination_.parent_path());
-    }
-
-    void record(std::span<const test::PlainPicture> pictures) const {
-        test::writeRecordedMovie(bundle_.file(TakeBundle::screenFile), width, height, pictures);
-    }
-
-    /// Black, with a white flash that lasts from `start` to `end`.
-    void recordFlash(double duration, double rate, double start, double end) const {
-        auto pictures = test::plainPictures(static_cast<int>(duration * rate), rate, test::black);
-        for (auto& picture : pictures)
-            if (picture.time >= start - 1e-9 && picture.time < end - 1e-9) picture.color = test::white;
-        record(pictures);
-    }
-
-    Exporter::Settings settings(std::vector<TimeSegment> segments) const {
-        Exporter::Settings settings;
-        settings.segments = std::move(segments);
-        settings.makeComposer = [take = OpenTake::open(bundle_)](Size cursor, Point hotspot) {
-            return take.composer(cursor, hotspot);
-        };
-        return settings;
-    }
-
-    Exporter prepared(const Exporter::Settings& settings) {
-        return Exporter::prepare(bundle_, settings,
-                                 [this] { return std::make_unique<PlainRenderer>(drawn_); });
-    }
-
-    void run(const Exporter::Settings& settings) {
-        prepared(settings).exportVideo(destination_, [](double) {}, {});
-    }
-
-    auto filesAtDestination() const {
-        return std::distance(fs::directory_iterator(destination_.parent_path()), {});
-    }
-
-    test::TemporaryFolder folder_;
-    TakeBundle bundle_;
-    fs::path destination_ = folder_.path() / "out" / "movie.mp4";
-    int drawn_ = 0;
-};
-
 TEST_F(ExporterTest, WritesSixtyFramesASecondWithTagsAndTheIndexInFront) {
     recordFlash(2, 30, 1, 1.5);
     run(settings({{0, 2}}));
-    const test::MovieFacts facts = test::probeMovie(destination_);
+    const MovieFacts facts = probeMovie(destination_);
     EXPECT_EQ(facts.width, width);
     EXPECT_EQ(facts.height, height);
     EXPECT_EQ(facts.colors, "bt709 bt709 bt709 tv");
@@ -128,7 +30,7 @@ TEST_F(ExporterTest, WritesSixtyFramesASecondWithTagsAndTheIndexInFront) {
     ASSERT_EQ(facts.packets.size(), 120U);
     for (std::size_t n = 0; n < 120; ++n)
         EXPECT_NEAR(facts.packets[n].time, static_cast<double>(n) / 60, 1e-9);
-    const auto boxes = test::topLevelBoxes(destination_);
+    const auto boxes = topLevelBoxes(destination_);
     EXPECT_LT(std::ranges::find(boxes, "moov"), std::ranges::find(boxes, "mdat"));
     EXPECT_EQ(filesAtDestination(), 1);
 }
@@ -146,15 +48,15 @@ TEST_F(ExporterTest, TrimCutsAndSpeedMoveTheFlash) {
     fast.speed = 2;
     run(fast);
     // 1.5 s of kept time lie before the flash, 0.75 s at double speed.
-    EXPECT_EQ(test::probeMovie(destination_).packets.size(), 75U);
+    EXPECT_EQ(probeMovie(destination_).packets.size(), 75U);
     EXPECT_EQ(brightFrames(destination_), (std::vector<std::size_t>{45, 46, 47}));
 }
 
 TEST_F(ExporterTest, AStillScreenHoldsItsPictureAndIsDrawnOnce) {
-    record(std::vector<test::PlainPicture>{{0, test::black}, {3, test::white}, {4, test::white}});
+    record(std::vector<PlainPicture>{{0, black}, {3, white}, {4, white}});
     run(settings({{0, 5}}));
     const auto bright = brightFrames(destination_);
-    EXPECT_EQ(test::probeMovie(destination_).packets.size(), 300U);
+    EXPECT_EQ(probeMovie(destination_).packets.size(), 300U);
     ASSERT_EQ(bright.size(), 120U);
     EXPECT_EQ(bright.front(), 180U);
     EXPECT_EQ(drawn_, 3);
@@ -169,7 +71,7 @@ TEST_F(ExporterTest, WhatTheComposerMovesIsDrawnAgain) {
     edit.cursorSmoothing = 0;
     edit.cursorHideIdle = false;
     bundle_.write(edit);
-    record(std::vector<test::PlainPicture>{{0, test::black}});
+    record(std::vector<PlainPicture>{{0, black}});
     run(settings({{0, 1}}));
     // The pointer travels for half a second and rests for the other half.
     EXPECT_NEAR(drawn_, 31, 1);
@@ -187,7 +89,7 @@ TEST_F(ExporterTest, AZoomThatHasPracticallyArrivedIsNotDrawnAgain) {
     zoom.targetRect = {0.2, 0.1, 0.5, 0.5};
     edit.zoomKeyframes = {zoom};
     bundle_.write(edit);
-    record(std::vector<test::PlainPicture>{{0, test::black}});
+    record(std::vector<PlainPicture>{{0, black}});
     run(settings({{0, 5}}));
     // Half a second of easing; then the filter closes in on the target for ever: less than 1/128 pixel is
     // left of 160 after 0.18 s * ln(160 * 256), 1.9 s.
@@ -196,9 +98,9 @@ TEST_F(ExporterTest, AZoomThatHasPracticallyArrivedIsNotDrawnAgain) {
 }
 
 TEST_F(ExporterTest, TheMovieStartsLaterWhereTheRecordingDoes) {
-    record(std::vector<test::PlainPicture>{{0.5, test::white}, {1, test::white}});
+    record(std::vector<PlainPicture>{{0.5, white}, {1, white}});
     run(settings({{0, 1}}));
-    const auto times = test::probeMovie(destination_).times();
+    const auto times = probeMovie(destination_).times();
     ASSERT_EQ(times.size(), 30U);
     EXPECT_NEAR(times.front(), 0.5, 1e-9);
 }
@@ -211,21 +113,21 @@ TEST_F(ExporterTest, ShowsTheRecordingFramedByItsBackground) {
     EventLog log;
     log.captureRect = {.x = 0, .y = 0, .width = width, .height = height, .displayScaleFactor = 1};
     bundle_.write(log);
-    record(std::vector<test::PlainPicture>{{0, test::pureGreen}});
+    record(std::vector<PlainPicture>{{0, pureGreen}});
     Exporter exporter =
         Exporter::prepare(bundle_, settings({{0, 0.5}}), [] { return std::make_unique<CpuRenderer>(); });
     exporter.exportVideo(destination_, [](double) {}, {});
 
     BgraImage image;
     MovieReader::open(destination_)->next()->toBgra(image);
-    const auto expectColor = [&image](int x, int y, test::Bgr expected) {
+    const auto expectColor = [&image](int x, int y, Bgr expected) {
         const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
         EXPECT_NEAR(pixel[0], expected.blue, 8) << x << "," << y;
         EXPECT_NEAR(pixel[1], expected.green, 8) << x << "," << y;
         EXPECT_NEAR(pixel[2], expected.red, 8) << x << "," << y;
     };
     expectColor(2, 2, {0x28, 0x28, 0xC8});
-    expectColor(width / 2, height / 2, test::pureGreen);
+    expectColor(width / 2, height / 2, pureGreen);
 }
 
 TEST_F(ExporterTest, WithoutSegmentsOneFrameIsWritten) {
@@ -240,7 +142,7 @@ TEST_F(ExporterTest, TheCanvasHasTheWantedShapeAndLimit) {
     portrait.aspect = 0.8;
     portrait.outputLongEdge = 101;
     run(portrait);
-    const test::MovieFacts facts = test::probeMovie(destination_);
+    const MovieFacts facts = probeMovie(destination_);
     EXPECT_EQ(facts.width, 80);
     EXPECT_EQ(facts.height, 100);
 }
@@ -273,7 +175,7 @@ TEST_F(ExporterTest, ARecordingThatWasCutOffIsExportedAsFarAsItGoes) {
     const auto movie = bundle_.file(TakeBundle::screenFile);
     fs::resize_file(movie, fs::file_size(movie) * 7 / 10);
     run(settings({{0, 4}}));
-    EXPECT_EQ(test::probeMovie(destination_).packets.size(), 240U);
+    EXPECT_EQ(probeMovie(destination_).packets.size(), 240U);
     EXPECT_EQ(brightFrames(destination_).size(), 60U);
 }
 
@@ -294,7 +196,7 @@ TEST_F(ExporterTest, AFileThatIsNoMovieFails) {
 }
 
 TEST_F(ExporterTest, ARecordingWithoutAVideoTrackFails) {
-    test::writeSoundFile(bundle_.file(TakeBundle::screenFile));
+    writeSoundFile(bundle_.file(TakeBundle::screenFile));
     try {
         run(settings({{0, 1}}));
         FAIL() << "exported a sound";
@@ -351,4 +253,4 @@ TEST_F(ExporterTest, AFullDiskIsReportedAndLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::test

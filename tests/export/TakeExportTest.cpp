@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -80,6 +82,15 @@ TEST_F(TakeExportTest, TheRestIsTheEdits) {
     const FrameComposer composer = settings.makeComposer({24, 25}, {3, 4});
     EXPECT_EQ(composer.padding, 77);
     EXPECT_EQ(composer.cursorImageSize, (Size{24, 25}));
+}
+
+TEST_F(TakeExportTest, TheCameraCountsWhereTheTakeHasOne) {
+    EditParams edit;
+    edit.webcam.enabled = true;
+    edit.webcam.blur = 0.5;
+    EXPECT_EQ(exportSettings(opened(edit), {}, 0).webcam, std::nullopt);
+    std::ofstream(bundle_.file(TakeBundle::webcamFile)) << "pictures";
+    EXPECT_EQ(exportSettings(opened(edit), {}, 0).webcam, edit.webcam);
 }
 
 TEST_F(TakeExportTest, TheMoviesLengthCountsForAnEmptyLogOnly) {
