@@ -17,6 +17,8 @@ constexpr std::int64_t hop = 512;
 constexpr std::int64_t searchReach = 256;
 /// Beyond this speed nothing is understood any more, and looking ahead would cost more and more.
 constexpr double fastestWithAttacks = 16;
+/// At this speed an hour is over in a few seconds; what is faster would be even less to hear.
+constexpr double fastest = 1000;
 
 /// The weight of the grain that begins; the one that ends has the rest.
 std::array<float, hop> risingWeights() {
@@ -36,7 +38,7 @@ std::int64_t rounded(double value) {
 
 TimeStretch::TimeStretch(std::unique_ptr<SoundSource> source, double speed)
     : source_(std::move(source)),
-      speed_(speed),
+      speed_(std::min(speed, fastest)),
       attackSpeed_(std::min(speed, fastestWithAttacks)),
       detector_(rounded(3 * hop * std::max(attackSpeed_, 1.0))) {}
 
@@ -105,7 +107,8 @@ std::int64_t TimeStretch::bestContinuation(std::int64_t low, std::int64_t high) 
     const auto best = [this](std::int64_t first, std::int64_t last, std::int64_t step, std::int64_t start) {
         std::int64_t position = start;
         float least = mismatch(start, step);
-        for (std::int64_t candidate = first; candidate <= last; candidate += step) {
+        // Nothing is better than 0, as in silence.
+        for (std::int64_t candidate = first; candidate <= last && least > 0; candidate += step) {
             const float found = mismatch(candidate, step);
             if (found < least) {
                 least = found;
@@ -145,13 +148,7 @@ void TimeStretch::readAhead(std::int64_t end) {
 }
 
 void TimeStretch::forgetBefore(std::int64_t position) {
-    constexpr std::int64_t most = 1 << 16;
-    // At an absurd speed most of the source is skipped, in steps that fit into memory.
-    while (position > bufferStart_ + static_cast<std::int64_t>(buffer_.size())) {
-        bufferStart_ += static_cast<std::int64_t>(buffer_.size());
-        buffer_.clear();
-        readAhead(std::min(position, bufferStart_ + most));
-    }
+    readAhead(position);
     const auto count = std::max<std::int64_t>(position - bufferStart_, 0);
     buffer_.erase(buffer_.begin(), buffer_.begin() + count);
     bufferStart_ += count;
