@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/Exporter.h"
 
+#include <new>
 #include <utility>
 
 #include "export/AudioMix.h"
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
+#include "export/GIFWriter.h"
 #include "export/MovieSink.h"
 #include "export/OutputTimeline.h"
 #include "export/QualityPreset.h"
@@ -21,6 +23,10 @@ const char* messageOf(Exporter::Failure::Reason reason) {
             return "The recording has no video track.";
         case cantRead:
             return "Couldn't read the recording.";
+        case cantWrite:
+            return "Couldn't write the exported file.";
+        case gifFailed:
+            return "Couldn't write the GIF.";
     }
     return "";
 }
@@ -64,13 +70,17 @@ Exporter::Run Exporter::begin(double framesPerSecond, std::optional<int> longEdg
 template <typename Picture>
 std::int64_t Exporter::drawInto(FrameSink<Picture>& sink, Run& run, const Progress& progress,
                                 const std::stop_token& stop) {
-    FramePipeline<Picture> pipeline({.movies = run.movies,
-                                     .timeline = run.timeline,
-                                     .composer = composer_,
-                                     .renderer = *renderer_,
-                                     .canvas = run.canvas,
-                                     .sink = sink});
-    return pipeline.run(progress, stop);
+    try {
+        FramePipeline<Picture> pipeline({.movies = run.movies,
+                                         .timeline = run.timeline,
+                                         .composer = composer_,
+                                         .renderer = *renderer_,
+                                         .canvas = run.canvas,
+                                         .sink = sink});
+        return pipeline.run(progress, stop);
+    } catch (const std::bad_alloc&) {
+        throw Failure(Failure::Reason::cantWrite);
+    }
 }
 
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
@@ -85,6 +95,17 @@ void Exporter::exportVideo(const std::filesystem::path& destination, const Progr
     sink.finish();
     throwIfStopped(stop);
     staging.commit();
+    progress(1.0);
+}
+
+void Exporter::exportGIF(const std::filesystem::path& destination, const Progress& progress,
+                         const std::stop_token& stop) {
+    throwIfStopped(stop);
+    Run run = begin(settings_.gifFPS, settings_.gifMaxDimension);
+    GIFWriter writer(destination, settings_.gifFPS, run.timeline.frameCount(), settings_.gifLoop);
+    drawInto(writer, run, progress, stop);
+    throwIfStopped(stop);
+    writer.finish();
     progress(1.0);
 }
 

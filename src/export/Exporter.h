@@ -64,13 +64,17 @@ class Exporter {
         std::function<FrameComposer(Size, Point)> makeComposer;
     };
 
-    /// The recording itself stands in the way; `what()` is for the user.
+    /// Ends an export; `what()` is for the user.
     class Failure : public std::runtime_error {
       public:
-        enum class Reason { noVideoTrack, cantRead };
+        enum class Reason { noVideoTrack, cantRead, cantWrite, gifFailed };
 
         explicit Failure(Reason reason);
         Reason reason() const { return reason_; }
+        /// True when it lies in the recording, false when in what is written.
+        bool isTheRecordings() const {
+            return reason_ == Reason::noVideoTrack || reason_ == Reason::cantRead;
+        }
 
       private:
         Reason reason_;
@@ -89,6 +93,10 @@ class Exporter {
     /// requested, MediaError or std::system_error with the system's reason; then nothing is left behind.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
+
+    /// The same for a GIF, at the settings' rate and size.
+    void exportGIF(const std::filesystem::path& destination, const Progress& progress,
+                   const std::stop_token& stop);
 
   private:
     /// What one run reads and how large it draws.

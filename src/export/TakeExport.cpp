@@ -7,6 +7,8 @@
 namespace tessaloom {
 namespace {
 
+constexpr int longestGifSide = 720;
+
 std::vector<double> clickTimes(const ClickEffects& effects) {
     std::vector<double> times;
     times.reserve(effects.clicks().size());
@@ -36,7 +38,9 @@ Exporter::Settings exportSettings(const OpenTake& take, const ExportChoices& cho
         .micVolume = take.bundle.hasMic() ? take.edit.micVolume : 1,
         .outputLongEdge = outputLongEdge(choices.resolution, aspect),
         .bitsPerPixel = bitsPerPixel(choices.quality),
-        .gifLoop = take.edit.gifLoop,
+        .gifFPS = static_cast<double>(choices.gifFPS),
+        .gifMaxDimension = longestGifSide,
+        .gifLoop = choices.gifLoop.value_or(take.edit.gifLoop),
         .speed = speed,
         .webcam = take.bundle.hasWebcam() ? std::optional(take.edit.webcam) : std::nullopt,
         .cursorStyle = take.edit.cursorStyle,

@@ -16,7 +16,9 @@ namespace tessaloom {
 struct ExportChoices {
     ResolutionPreset resolution = ResolutionPreset::p1080;
     QualityPreset quality = QualityPreset::high;
-    std::optional<AspectPreset> shape;  ///< the edit's when absent
+    std::optional<AspectPreset> shape{};  ///< the edit's when absent
+    int gifFPS = 15;
+    std::optional<bool> gifLoop{};  ///< the edit's when absent
 };
 
 /// The canvas's width over its height.

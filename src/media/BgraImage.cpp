@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/BgraImage.h"
 
+#include <cstring>
 #include <new>
 
 namespace tessaloom {
@@ -23,6 +24,13 @@ BgraImage::BgraImage(int width, int height) : width_(width), height_(height), st
     // One spare alignment unit lets SIMD rows read past the last pixel.
     const auto size = static_cast<std::size_t>(stride_) * static_cast<std::size_t>(height) + rowAlignment;
     pixels_.reset(static_cast<std::uint8_t*>(::operator new[](size, std::align_val_t{rowAlignment})));
+}
+
+void copyPixels(const BgraView& source, BgraImage& target) {
+    if (target.width() != source.width || target.height() != source.height)
+        target = BgraImage(source.width, source.height);
+    for (int y = 0; y < source.height; ++y)
+        std::memcpy(target.row(y), source.row(y), static_cast<std::size_t>(source.width) * 4);
 }
 
 }  // namespace tessaloom

@@ -45,4 +45,7 @@ class BgraImage {
     std::unique_ptr<std::uint8_t[], AlignedDelete> pixels_;
 };
 
+/// `target` becomes a picture like `source`, in its own memory if that has the size.
+void copyPixels(const BgraView& source, BgraImage& target);
+
 }  // namespace tessaloom

@@ -44,19 +44,25 @@ YuvView viewOf(const AVFrame& frame) {
 
 }  // namespace
 
-DecodedFrame::DecodedFrame(std::shared_ptr<const AVFrame> frame, double time)
-    : frame_(std::move(frame)), time_(time) {}
+DecodedFrame::DecodedFrame(std::shared_ptr<const AVFrame> frame, double time, Rotation rotation)
+    : frame_(std::move(frame)), time_(time), rotation_(rotation) {}
 
 int DecodedFrame::width() const {
-    return frame_->width;
+    return swapsSides(rotation_) ? frame_->height : frame_->width;
 }
 
 int DecodedFrame::height() const {
-    return frame_->height;
+    return swapsSides(rotation_) ? frame_->width : frame_->height;
 }
 
 void DecodedFrame::toBgra(BgraImage& target) const {
     const AVFrame& frame = *frame_;
+    if (rotation_ != Rotation::none) {
+        BgraImage unturned(frame.width, frame.height);
+        yuvToBgra(viewOf(frame), encodingOf(frame), unturned);
+        rotate(unturned.view(), rotation_, target);
+        return;
+    }
     if (target.width() != frame.width || target.height() != frame.height)
         target = BgraImage(frame.width, frame.height);
     yuvToBgra(viewOf(frame), encodingOf(frame), target);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "media/BgraImage.h"
+#include "media/Rotation.h"
 
 struct AVFrame;
 
@@ -13,10 +14,11 @@ namespace tessaloom {
 /// valid after the reader is gone. Callable from any thread.
 class DecodedFrame {
   public:
-    DecodedFrame(std::shared_ptr<const AVFrame> frame, double time);
+    DecodedFrame(std::shared_ptr<const AVFrame> frame, double time, Rotation rotation);
 
     /// When it begins to be shown, in seconds of the movie's own timeline.
     double time() const { return time_; }
+    /// As it is to be shown, turned as the movie says.
     int width() const;
     int height() const;
 
@@ -27,6 +29,7 @@ class DecodedFrame {
   private:
     std::shared_ptr<const AVFrame> frame_;
     double time_;
+    Rotation rotation_;
 };
 
 }  // namespace tessaloom

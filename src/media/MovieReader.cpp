@@ -1,16 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/MovieReader.h"
 
+extern "C" {
+#include <libavutil/display.h>
+}
+
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "media/LibavTrack.h"
 
 namespace tessaloom {
+namespace {
+
+/// How a player turns the track's pictures, as cameras that were held upright say it.
+Rotation rotationOf(const AVStream& stream) {
+    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr);
+    if (data == nullptr) return Rotation::none;
+    std::array<std::int32_t, 9> matrix{};
+    std::memcpy(matrix.data(), data, sizeof matrix);
+    const double counterclockwise = av_display_rotation_get(matrix.data());
+    if (!std::isfinite(counterclockwise)) return Rotation::none;
+    const auto quarters = std::lround(-counterclockwise / 90) & 3;
+    return static_cast<Rotation>(quarters);
+}
+
+}  // namespace
 
 struct MovieReader::Source {
     LibavTrack track;
+    Rotation rotation = rotationOf(track.stream);
     double end = std::numeric_limits<double>::infinity();
 };
 
@@ -45,11 +67,13 @@ MovieReader::MovieReader(std::unique_ptr<Source> source) : source_(std::move(sou
 MovieReader::~MovieReader() = default;
 
 int MovieReader::naturalWidth() const {
-    return source_->track.stream.codecpar->width;
+    const AVCodecParameters& track = *source_->track.stream.codecpar;
+    return swapsSides(source_->rotation) ? track.height : track.width;
 }
 
 int MovieReader::naturalHeight() const {
-    return source_->track.stream.codecpar->height;
+    const AVCodecParameters& track = *source_->track.stream.codecpar;
+    return swapsSides(source_->rotation) ? track.width : track.height;
 }
 
 std::optional<DecodedFrame> MovieReader::next() {
@@ -63,7 +87,7 @@ std::optional<DecodedFrame> MovieReader::next() {
         } else if (!isDamaged(*frame)) {
             const double time = static_cast<double>(frame->best_effort_timestamp) * source_->track.tick();
             ended_ = time >= source_->end;
-            if (!ended_) return DecodedFrame(std::shared_ptr<const AVFrame>(std::move(frame)), time);
+            if (!ended_) return DecodedFrame(std::move(frame), time, source_->rotation);
         }
     }
     return std::nullopt;

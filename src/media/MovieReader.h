@@ -26,6 +26,7 @@ class MovieReader {
                                              std::optional<TimeRange> range = std::nullopt);
     ~MovieReader();
 
+    /// The pictures' size as they are shown.
     int naturalWidth() const;
     int naturalHeight() const;
 

@@ -46,18 +46,25 @@ Example: tessaloom record --window firefox --duration 20
             [](const QStringList& words, const CommandServices& services) {
                 return runRecordCommand(words, services.capture);
             }},
-    Command{"export", "make a video file from a recording",
-            R"(Usage: tessaloom export RECORDING [-o FILE] [--resolution 720p|1080p|1440p|4k]
-                        [--shape native|16:9|1:1|4:5|9:16] [--quality high|balanced|small]
+    Command{"export", "make a video or a GIF from a recording",
+            R"(Usage: tessaloom export RECORDING [-o FILE] [--format mp4|gif]
+                        [--resolution 720p|1080p|1440p|4k] [--quality high|balanced|small]
+                        [--shape native|16:9|1:1|4:5|9:16]
+                        [--fps 10|15|24] [--loop|--no-loop]
 
 Composes every frame from the recording and its edit, and prints the file's path.
 RECORDING is a path, or a name from "tessaloom list". An existing FILE is replaced,
 and only by a complete one.
 
   -o FILE          where to (the recording's name in the current folder)
-  --resolution R   the picture's shorter side (1080p); never larger than the recording
+  --format F       what to make (what FILE ends in, or else mp4)
   --shape S        the picture's shape (the edit's)
+Only for MP4, which has 60 frames a second:
+  --resolution R   the picture's shorter side (1080p); never larger than the recording
   --quality Q      how much detail to spend bits on (high)
+Only for GIF, whose longer side is 720 pixels at most:
+  --fps N          frames a second (15)
+  --loop           repeat for ever, or not with --no-loop (as the edit says)
 
 Example: tessaloom export "Recording 2026-11-15 at 14.05.09" -o demo.mp4
 )",
@@ -134,14 +141,26 @@ void printOverview(std::ostream& out) {
            "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
 }
 
+/// The system's words for what lies behind an error, with a blank before; empty when it said nothing.
+std::string systemReason(const std::exception& error) {
+    try {
+        std::rethrow_if_nested(error);
+    } catch (const std::system_error& cause) {
+        return " " + cause.code().message() + ".";
+    } catch (const std::exception&) {
+    }
+    return "";
+}
+
 /// The error as a sentence, and what the user can do about it where its own words don't say so.
 std::string explained(const std::exception& error) {
     const std::string text = error.what();
+    const auto* failure = dynamic_cast<const Exporter::Failure*>(&error);
     const bool recordingIsDamaged = dynamic_cast<const UnreadableMovie*>(&error) != nullptr ||
-                                    dynamic_cast<const Exporter::Failure*>(&error) != nullptr;
+                                    (failure != nullptr && failure->isTheRecordings());
     if (recordingIsDamaged) return text + " Restore it from a copy, or record again.";
-    if (dynamic_cast<const MediaError*>(&error) != nullptr)
-        return text + " Check the folder and the free space.";
+    if (failure != nullptr || dynamic_cast<const MediaError*>(&error) != nullptr)
+        return text + systemReason(error) + " Check the folder and the free space.";
     // The system's reason comes last in these, without a full stop.
     const bool fileIsRefused = dynamic_cast<const std::system_error*>(&error) != nullptr;
     return fileIsRefused ? text + ". Check the folder and the free space." : text;

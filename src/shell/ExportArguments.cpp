@@ -29,6 +29,11 @@ constexpr std::array<Choice<AspectPreset>, 5> shapes{{{"native", AspectPreset::n
 constexpr std::array<Choice<QualityPreset>, 3> qualities{
     {{"high", QualityPreset::high}, {"balanced", QualityPreset::balanced}, {"small", QualityPreset::small}}};
 
+constexpr std::array<Choice<ExportFormat>, 2> formats{
+    {{"mp4", ExportFormat::mp4}, {"gif", ExportFormat::gif}}};
+
+constexpr std::array<Choice<int>, 3> gifRates{{{"10", 10}, {"15", 15}, {"24", 24}}};
+
 template <typename Value>
 std::optional<Value> chosen(const Arguments& arguments, const QString& option,
                             std::span<const Choice<Value>> choices) {
@@ -44,13 +49,35 @@ std::optional<Value> chosen(const Arguments& arguments, const QString& option,
                          .toStdString());
 }
 
-std::filesystem::path parseDestination(const QString& file) {
-    std::filesystem::path path = file.toStdString();
-    if (path.extension() != ".mp4") throw UsageError("-o takes a file name that ends in .mp4.");
-    return path;
+std::optional<ExportFormat> formatOf(const std::filesystem::path& file) {
+    for (const auto& [word, format] : formats)
+        if (file.extension() == extensionOf(format)) return format;
+    return std::nullopt;
+}
+
+/// What was asked for, else what the file is called.
+ExportFormat parseFormat(const Arguments& arguments, const std::optional<std::filesystem::path>& file) {
+    const auto wanted = chosen<ExportFormat>(arguments, "format", formats);
+    if (!file) return wanted.value_or(ExportFormat::mp4);
+    const auto named = formatOf(*file);
+    if (wanted && named != wanted)
+        throw UsageError(std::string("-o takes a file name that ends in ") + extensionOf(*wanted) + ".");
+    if (!named) throw UsageError("-o takes a file name that ends in .mp4 or .gif.");
+    return *named;
+}
+
+std::optional<bool> parseLoop(const Arguments& arguments) {
+    const bool loops = arguments.has("loop");
+    const bool plays = arguments.has("no-loop");
+    if (loops && plays) throw UsageError("Choose one of --loop and --no-loop.");
+    return loops || plays ? std::optional(loops) : std::nullopt;
 }
 
 }  // namespace
+
+const char* extensionOf(ExportFormat format) {
+    return format == ExportFormat::gif ? ".gif" : ".mp4";
+}
 
 ExportArguments ExportArguments::parse(const QStringList& words) {
     const Arguments arguments(words,
@@ -58,18 +85,22 @@ ExportArguments ExportArguments::parse(const QStringList& words) {
                                {"format", "FORMAT", {}},
                                {"resolution", "R", {}},
                                {"shape", "S", {}},
-                               {"quality", "Q", {}}},
+                               {"quality", "Q", {}},
+                               {"fps", "N", {}},
+                               {"loop", {}, {}},
+                               {"no-loop", {}, {}}},
                               {"RECORDING"});
-    ExportArguments parsed{.bundle = arguments.words().first(), .destination = {}, .choices = {}};
-    if (const auto format = arguments.text("format"); format && *format != "mp4") {
-        throw UsageError("--format is mp4.");
-    }
-    if (const auto file = arguments.text("output")) parsed.destination = parseDestination(*file);
-    parsed.choices.shape = chosen<AspectPreset>(arguments, "shape", shapes);
-    parsed.choices.resolution =
-        chosen<ResolutionPreset>(arguments, "resolution", resolutions).value_or(parsed.choices.resolution);
-    parsed.choices.quality =
-        chosen<QualityPreset>(arguments, "quality", qualities).value_or(parsed.choices.quality);
+    ExportArguments parsed{
+        .bundle = arguments.words().first(), .destination = {}, .format = ExportFormat::mp4, .choices = {}};
+    if (const auto file = arguments.text("output")) parsed.destination = file->toStdString();
+    parsed.format = parseFormat(arguments, parsed.destination);
+    ExportChoices& choices = parsed.choices;
+    choices.shape = chosen<AspectPreset>(arguments, "shape", shapes);
+    choices.resolution =
+        chosen<ResolutionPreset>(arguments, "resolution", resolutions).value_or(choices.resolution);
+    choices.quality = chosen<QualityPreset>(arguments, "quality", qualities).value_or(choices.quality);
+    choices.gifFPS = chosen<int>(arguments, "fps", gifRates).value_or(choices.gifFPS);
+    choices.gifLoop = parseLoop(arguments);
     return parsed;
 }
 

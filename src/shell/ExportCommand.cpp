@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <atomic>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <stop_token>
 #include <thread>
@@ -21,15 +22,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::filesystem::path defaultDestination(const TakeBundle& bundle) {
+std::filesystem::path defaultDestination(const TakeBundle& bundle, ExportFormat format) {
     const auto name = bundle.url.filename();
     const auto stem = name.extension() == TakeBundle::extension ? name.stem() : name;
-    return std::filesystem::current_path() / (stem.string() + ".mp4");
+    return std::filesystem::current_path() / (stem.string() + extensionOf(format));
 }
 
-/// Runs the export on a thread of its own, so that this one can show progress and hear Ctrl-C.
-void runWithProgress(Exporter& exporter, const std::filesystem::path& destination,
-                     const std::stop_token& stop) {
+/// Runs the work on a thread of its own, so that this one can show progress and hear Ctrl-C.
+void runWithProgress(const std::function<void(const Exporter::Progress&)>& work) {
     std::atomic<double> fraction = 0;
     std::exception_ptr failure;
     QEventLoop loop;
@@ -39,8 +39,7 @@ void runWithProgress(Exporter& exporter, const std::filesystem::path& destinatio
     redraw.start(100ms);
     const std::jthread worker([&] {
         try {
-            exporter.exportVideo(
-                destination, [&](double done) { fraction = done; }, stop);
+            work([&](double done) { fraction = done; });
         } catch (...) {
             failure = std::current_exception();
         }
@@ -58,11 +57,17 @@ ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFa
     // Before the renderer starts its threads, one of which would take a signal that it doesn't block.
     const InterruptSignals interrupts([&stop] { stop.request_stop(); });
     const OpenTake take = openTake(findBundle(arguments.bundle));
-    const auto destination = outputFile(arguments.destination.value_or(defaultDestination(take.bundle)));
+    const auto destination =
+        outputFile(arguments.destination.value_or(defaultDestination(take.bundle, arguments.format)));
     const auto settings = exportSettings(take, arguments.choices, playableDuration(take));
     Exporter exporter = Exporter::prepare(take.bundle, settings, makeRenderer);
     try {
-        runWithProgress(exporter, destination, stop.get_token());
+        runWithProgress([&](const Exporter::Progress& progress) {
+            if (arguments.format == ExportFormat::gif)
+                exporter.exportGIF(destination, progress, stop.get_token());
+            else
+                exporter.exportVideo(destination, progress, stop.get_token());
+        });
     } catch (const ExportCancelled&) {
         return ExitStatus::interrupted;
     }

@@ -8,7 +8,7 @@
 
 namespace tessaloom {
 
-/// `tessaloom export`: makes a video file of a recording and prints its path. Throws CommandError,
+/// `tessaloom export`: makes a video or a GIF of a recording and prints its path. Throws CommandError,
 /// UsageError, and what the exporter throws.
 ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer);
 

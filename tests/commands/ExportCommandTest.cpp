@@ -5,6 +5,7 @@
 
 #include "commands/CommandTest.h"
 #include "commands/MountedFolder.h"
+#include "support/GifProbe.h"
 #include "support/MovieProbe.h"
 
 namespace tessaloom::test {
@@ -27,14 +28,12 @@ class ExportCommandTest : public CommandTest {
         return command({"export", recording, "-o", film_.string()});
     }
 
-    /// The hidden folder of a running export, once there is something in it.
+    /// The hidden folder of a running export, once its file is in it.
     fs::path waitForStaging() const {
         const auto deadline = std::chrono::steady_clock::now() + 10s;
         while (std::chrono::steady_clock::now() < deadline) {
             for (const auto& entry : fs::directory_iterator(outputs())) {
-                std::error_code gone;
-                const auto size = fs::file_size(entry.path() / "film.mp4", gone);
-                if (!gone && size > 0) return entry.path();
+                if (fs::exists(entry.path() / film_.filename())) return entry.path();
             }
             std::this_thread::sleep_for(5ms);
         }
@@ -96,6 +95,66 @@ TEST_F(ExportCommandTest, TheMovieHasTheEditsSound) {
     ASSERT_TRUE(sound);
     EXPECT_EQ(sound->codec, "aac");
     EXPECT_NEAR(sound->duration, 55.0 / 60, 0.01);
+}
+
+TEST_F(ExportCommandTest, AGifIsMadeWhereTheFilesNameOrTheFormatSaysSo) {
+    makeRecording("take");
+    const fs::path gif = outputs() / "film.gif";
+    EXPECT_EQ(run({"export", "take", "-o", gif.string(), "--fps", "10", "--no-loop"}).output,
+              gif.string() + "\n");
+    const GifFacts facts = probeGif(gif);
+    EXPECT_EQ(facts.delays(), std::vector<int>(9, 10));
+    EXPECT_EQ(facts.loopCount, std::nullopt);
+    EXPECT_EQ(facts.width, 64);
+    ChildProcess process(
+        {"env", "-C", outputs().string(), TESSALOOM_PROGRAM, "export", "take", "--format", "gif"},
+        environment_);
+    EXPECT_EQ(finished(process).output, (outputs() / "take.gif").string() + "\n");
+    EXPECT_EQ(probeGif(outputs() / "take.gif").loopCount, 0);
+    EXPECT_EQ(outputNames(), (std::vector<std::string>{"film.gif", "take.gif"}));
+}
+
+TEST_F(ExportCommandTest, AGifThatCannotBeWrittenLeavesTheOldFileAndNothingElse) {
+    const auto disk = MountedFolder::over(outputs(), "8k");
+    if (!disk) GTEST_SKIP() << "this process isn't allowed to mount a small disk";
+    makeRecording("take");
+    const fs::path gif = outputs() / "film.gif";
+    writeFile(gif, "old");
+    writeFile(outputs() / "filler", std::string(4096, 'x'));
+    const std::vector<std::string> command{"export", "take", "-o", gif.string()};
+    expectRefused(run(command), 1,
+                  "Couldn't write the GIF. No space left on device. Check the folder and the free space.");
+    EXPECT_EQ(outputNames(), (std::vector<std::string>{"filler", "film.gif"}));
+    EXPECT_EQ(contentOf(gif), "old");
+    disk->makeReadOnly();
+    expectRefused(run(command), 1, "Couldn't write the GIF. Read-only file system.");
+    EXPECT_EQ(contentOf(gif), "old");
+}
+
+TEST_F(ExportCommandTest, AnInterruptedGifLeavesTheOldFileAndNothingElse) {
+    makeEndlessRecording();
+    film_ = outputs() / "film.gif";
+    writeFile(film_, "old");
+    ChildProcess process(exportCommand("endless"), environment_);
+    waitForStaging();
+    process.signal(SIGINT);
+    const CommandResult result = finished(process);
+    EXPECT_EQ(result.status, 130);
+    EXPECT_EQ(result.output + result.errors, "");
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"film.gif"});
+    EXPECT_EQ(contentOf(film_), "old");
+}
+
+TEST_F(ExportCommandTest, ACameraThatCannotBeReadIsNamed) {
+    const TakeBundle take = makeRecording("take");
+    EditParams edit;
+    edit.webcam.enabled = true;
+    take.write(edit);
+    writeFile(take.file(TakeBundle::webcamFile), "words");
+    expectRefused(run({"export", "take", "-o", film_.string()}), 1, "\"webcam.mov\" can't be read: ");
+    expectRefused(run({"frame", "take", "--at", "0.5", "-o", (outputs() / "a.png").string()}), 1,
+                  "\"webcam.mov\" can't be read: ");
+    EXPECT_TRUE(outputNames().empty());
 }
 
 TEST_F(ExportCommandTest, WhatIsNoRecordingIsRefused) {

@@ -16,7 +16,7 @@ namespace tessaloom::test {
 
 /// Fills the canvas with the recording's first pixel, and its left half with the camera's and its upper left
 /// quarter with the matte's where the frame shows them. Counts what it draws.
-class PlainRenderer final : public Renderer {
+class PlainRenderer : public Renderer {
   public:
     explicit PlainRenderer(int& drawn) : drawn_(drawn) {}
 

@@ -218,6 +218,35 @@ TEST_F(ExporterTest, ARecordingWithoutPicturesFails) {
     EXPECT_EQ(filesAtDestination(), 0);
 }
 
+TEST_F(ExporterTest, PicturesThatFindNoMemoryAreAFailureToWrite) {
+    class Exhausted final : public PlainRenderer {
+      public:
+        using PlainRenderer::PlainRenderer;
+        void render(const FrameComposer::Frame&, const FrameSources&, YuvImage&) override {
+            throw std::bad_alloc();
+        }
+    };
+    recordFlash(1, 30, 0, 1);
+    Exporter exporter = Exporter::prepare(bundle_, settings({{0, 1}}),
+                                          [this] { return std::make_unique<Exhausted>(drawn_); });
+    try {
+        exporter.exportVideo(destination_, [](double) {}, {});
+        FAIL() << "drew without memory";
+    } catch (const Exporter::Failure& failure) {
+        EXPECT_STREQ(failure.what(), "Couldn't write the exported file.");
+    }
+    EXPECT_EQ(filesAtDestination(), 0);
+}
+
+TEST_F(ExporterTest, AtDoubleSpeedTenSecondsAreThreeHundredFrames) {
+    recordFlash(10, 30, 5, 5.1);
+    auto fast = settings({{0, 10}});
+    fast.speed = 2;
+    run(fast);
+    EXPECT_EQ(probeMovie(destination_).packets.size(), 300U);
+    EXPECT_EQ(brightFrames(destination_), (std::vector<std::size_t>{150, 151, 152}));
+}
+
 TEST_F(ExporterTest, ADestinationThatCannotBeWrittenFails) {
     recordFlash(1, 30, 0, 1);
     destination_ = folder_.path() / "no such folder" / "movie.mp4";

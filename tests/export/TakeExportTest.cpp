@@ -89,6 +89,23 @@ TEST_F(TakeExportTest, TheRestIsTheEdits) {
     EXPECT_EQ(composer.cursorImageSize, (Size{24, 25}));
 }
 
+TEST_F(TakeExportTest, AGifLoopsAsTheEditSaysUnlessToldOtherwise) {
+    EditParams edit;
+    edit.gifLoop = false;
+    ExportChoices choices;
+    EXPECT_FALSE(exportSettings(opened(edit), choices, 0).gifLoop);
+    choices.gifLoop = true;
+    EXPECT_TRUE(exportSettings(opened(edit), choices, 0).gifLoop);
+}
+
+TEST_F(TakeExportTest, AGifHasFifteenFramesASecondAndALongSideOf720) {
+    ExportChoices choices{.resolution = ResolutionPreset::p2160, .quality = {}};
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).gifFPS, 15);
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).gifMaxDimension, 720);
+    choices.gifFPS = 24;
+    EXPECT_EQ(exportSettings(opened({}), choices, 0).gifFPS, 24);
+}
+
 TEST_F(TakeExportTest, TheCameraCountsWhereTheTakeHasOne) {
     EditParams edit;
     edit.webcam.enabled = true;

@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 
+#include "media/ColorConversion.h"
 #include "media/MediaError.h"
 #include "media/MovieWriter.h"
 #include "support/MovieMaker.h"
@@ -32,6 +35,12 @@ void expectColor(const DecodedFrame& frame, Bgr expected) {
         EXPECT_NEAR(pixel[2], expected.red, 4);
         EXPECT_EQ(pixel[3], 255);
     }
+}
+
+void copyRect(const BgraImage& source, BgraImage& target, int left, int top) {
+    for (int y = 0; y < source.height(); ++y)
+        std::copy_n(source.row(y), std::ptrdiff_t{4} * source.width(),
+                    target.row(top + y) + std::ptrdiff_t{4} * left);
 }
 
 /// Without it, pictures are shown as much later as the first of them is decoded earlier.
@@ -184,6 +193,66 @@ TEST_F(MovieReaderTest, ASoundFileHasNoVideoTrack) {
     test::writeSoundFile(file("sound.wav"));
     EXPECT_THROW(MovieReader::open(file("sound.wav")), NoVideoTrack);
     EXPECT_THROW(MovieReader::scanDuration(file("sound.wav")), NoVideoTrack);
+}
+
+/// Says in the movie's header that its pictures are to be turned by this matrix (a, b, c, d of the file
+/// format, whole numbers).
+void setMatrix(const std::filesystem::path& movie, std::array<int, 4> matrix) {
+    std::fstream stream(movie, std::ios::binary | std::ios::in | std::ios::out);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    const auto header = bytes.find("tkhd");
+    ASSERT_NE(header, std::string::npos);
+    constexpr std::array<std::size_t, 4> places{0, 4, 12, 16};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        stream.seekp(static_cast<std::streamoff>(header + 44 + places[i]));
+        for (const int shift : {24, 16, 8, 0})
+            stream.put(static_cast<char>(matrix[i] * 0x10000 >> shift));
+    }
+}
+
+/// The corner colours of a picture whose corners are black, red, green, blue from the top left by rows.
+std::string cornersOf(const BgraImage& image) {
+    std::string corners;
+    for (const int y : {2, image.height() - 3})
+        for (const int x : {2, image.width() - 3}) {
+            const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
+            corners += pixel[2] > 128 ? 'r' : pixel[1] > 128 ? 'g' : pixel[0] > 128 ? 'b' : '-';
+        }
+    return corners;
+}
+
+TEST_F(MovieReaderTest, PicturesAreTurnedAsTheMovieSays) {
+    BgraImage picture = test::plainImage(width, height, test::black);
+    copyRect(test::plainImage(width / 2, height / 2, test::pureRed), picture, width / 2, 0);
+    copyRect(test::plainImage(width / 2, height / 2, test::pureGreen), picture, 0, height / 2);
+    copyRect(test::plainImage(width / 2, height / 2, test::pureBlue), picture, width / 2, height / 2);
+    YuvImage yuv(width, height);
+    bgraToYuv(picture.view(), yuv, 0, 0);
+    struct Case {
+        std::array<int, 4> matrix;
+        const char* corners;
+        bool upright;
+    };
+    // In the file's matrix x' = a x + c y and y' = b x + d y, with y downwards.
+    const Case cases[] = {{{1, 0, 0, 1}, "-rgb", false},
+                          {{0, 1, -1, 0}, "g-br", true},
+                          {{-1, 0, 0, -1}, "bgr-", false},
+                          {{0, -1, 1, 0}, "rb-g", true}};
+    for (const auto& [matrix, corners, upright] : cases) {
+        const auto writer = MovieWriter::create(
+            file("turned.mp4"),
+            {.container = MovieWriter::Container::mp4, .video = H264Settings::capture(width, height)});
+        writer->appendVideo(yuv, 0, 1);
+        writer->finish();
+        setMatrix(file("turned.mp4"), matrix);
+        const auto reader = MovieReader::open(file("turned.mp4"));
+        BgraImage shown;
+        reader->next()->toBgra(shown);
+        EXPECT_EQ(cornersOf(shown), corners);
+        EXPECT_EQ(shown.width(), upright ? height : width) << corners;
+        EXPECT_EQ(reader->naturalWidth(), shown.width());
+        EXPECT_EQ(reader->naturalHeight(), shown.height());
+    }
 }
 
 }  // namespace

@@ -58,11 +58,36 @@ TEST(ExportArgumentsTest, UnknownChoicesAreAnsweredWithTheKnownOnes) {
     EXPECT_EQ(errorOf({}), "RECORDING is missing.");
 }
 
-TEST(ExportArgumentsTest, TheFilesExtensionMustFitWhatIsWritten) {
-    EXPECT_EQ(ExportArguments::parse({"take", "-o", "a/b.mp4"}).destination, "a/b.mp4");
-    EXPECT_EQ(ExportArguments::parse({"take", "-o", "b.mp4", "--format", "mp4"}).destination, "b.mp4");
-    for (const char* file : {"b.mov", "b", "", ".mp4", "mp4", "b.mp4/", "b.mp4.txt"})
-        EXPECT_EQ(errorOf({"take", "-o", file}), "-o takes a file name that ends in .mp4.") << file;
+TEST(ExportArgumentsTest, TheFormatIsWhatTheFileEndsInOrWhatIsAsked) {
+    const auto formatOf = [](const QStringList& words) { return ExportArguments::parse(words).format; };
+    EXPECT_EQ(formatOf({"take"}), ExportFormat::mp4);
+    EXPECT_EQ(formatOf({"take", "-o", "a/b.mp4"}), ExportFormat::mp4);
+    EXPECT_EQ(formatOf({"take", "-o", "b.gif"}), ExportFormat::gif);
+    EXPECT_EQ(formatOf({"take", "--format", "gif"}), ExportFormat::gif);
+    EXPECT_EQ(formatOf({"take", "--format", "gif", "-o", "b.gif"}), ExportFormat::gif);
+    EXPECT_EQ(ExportArguments::parse({"take", "-o", "a/b.gif"}).destination, "a/b.gif");
+    EXPECT_EQ(errorOf({"take", "--format", "webm"}), "--format is one of mp4, gif, not \"webm\".");
+}
+
+TEST(ExportArgumentsTest, TheFilesExtensionMustFitTheFormat) {
+    for (const char* file : {"b.mov", "b", "", ".mp4", "mp4", "b.gif/", "b.mp4.txt"})
+        EXPECT_EQ(errorOf({"take", "-o", file}), "-o takes a file name that ends in .mp4 or .gif.") << file;
+    EXPECT_EQ(errorOf({"take", "--format", "mp4", "-o", "b.gif"}), "-o takes a file name that ends in .mp4.");
+    EXPECT_EQ(errorOf({"take", "--format", "gif", "-o", "b"}), "-o takes a file name that ends in .gif.");
+}
+
+TEST(ExportArgumentsTest, AGifsRateIsOneOfThree) {
+    EXPECT_EQ(ExportArguments::parse({"take"}).choices.gifFPS, 15);
+    EXPECT_EQ(ExportArguments::parse({"take", "--fps", "10"}).choices.gifFPS, 10);
+    EXPECT_EQ(ExportArguments::parse({"take", "--fps", "24"}).choices.gifFPS, 24);
+    EXPECT_EQ(errorOf({"take", "--fps", "30"}), "--fps is one of 10, 15, 24, not \"30\".");
+}
+
+TEST(ExportArgumentsTest, AGifLoopsAsAskedOrAsTheEditSays) {
+    EXPECT_EQ(ExportArguments::parse({"take"}).choices.gifLoop, std::nullopt);
+    EXPECT_EQ(ExportArguments::parse({"take", "--loop"}).choices.gifLoop, true);
+    EXPECT_EQ(ExportArguments::parse({"take", "--no-loop"}).choices.gifLoop, false);
+    EXPECT_EQ(errorOf({"take", "--loop", "--no-loop"}), "Choose one of --loop and --no-loop.");
 }
 
 }  // namespace
