@@ -2,7 +2,6 @@
 #include "export/AudioMix.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -30,10 +29,6 @@ constexpr double greatestGain = 100;
 
 double usableGain(double volume) {
     return volume > 0 ? std::min(volume, greatestGain) : 0;
-}
-
-std::int64_t samples(double seconds) {
-    return std::llround(seconds * soundRate);
 }
 
 /// Nothing when the file has pictures only.
@@ -84,7 +79,7 @@ std::vector<std::int64_t> clickStarts(const std::vector<double>& times, const Ou
     std::vector<std::int64_t> starts;
     starts.reserve(times.size());
     for (const double time : times)
-        starts.push_back(samples(resultTime(timeline.segments(), time) / timeline.speed()));
+        starts.push_back(soundPosition(resultTime(timeline.segments(), time) / timeline.speed()));
     return starts;
 }
 
@@ -93,7 +88,7 @@ std::vector<std::int64_t> clickStarts(const std::vector<double>& times, const Ou
 std::optional<AudioMix> makeAudioMix(const TakeBundle& bundle, const Exporter::Settings& settings) {
     const OutputTimeline timeline(settings.segments, settings.speed, soundRate);
     auto sum = std::make_unique<SoundSum>();
-    AudioMix mix{.sound = nullptr, .length = samples(timeline.duration())};
+    AudioMix mix{.sound = nullptr, .length = soundPosition(timeline.duration())};
     addRecorded(*sum, bundle.file(TakeBundle::screenFile), 0, 1, timeline);
     if (bundle.hasMic()) {
         const auto file = settings.micURL.value_or(bundle.file(TakeBundle::microphoneFile));

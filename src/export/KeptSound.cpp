@@ -2,7 +2,6 @@
 #include "export/KeptSound.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 namespace tessaloom {
@@ -10,10 +9,6 @@ namespace {
 
 /// Half of a joint, 2.5 ms: long enough not to click, too short to be heard as a fade.
 constexpr std::int64_t halfJoint = soundRate / 400;
-
-std::int64_t samples(double seconds) {
-    return std::llround(seconds * soundRate);
-}
 
 }  // namespace
 
@@ -27,10 +22,10 @@ std::vector<KeptSound::Piece> KeptSound::piecesOf(std::span<const TimeSegment> s
     std::vector<Piece> pieces;
     double sum = 0;
     for (const TimeSegment& segment : segments) {
-        Piece piece{.begin = samples(sum), .source = samples(segment.start - offset)};
+        Piece piece{.begin = soundPosition(sum), .source = soundPosition(segment.start - offset)};
         sum += segment.length();
         // Places are rounded, never lengths, so that rounding doesn't add up.
-        piece.end = samples(sum);
+        piece.end = soundPosition(sum);
         if (!pieces.empty()) {
             Piece& last = pieces.back();
             // A split that leaves nothing out is no joint.

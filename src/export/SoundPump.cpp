@@ -2,7 +2,6 @@
 #include "export/SoundPump.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace tessaloom {
@@ -15,7 +14,7 @@ constexpr std::int64_t blockLength = 1024;
 SoundPump::SoundPump(AudioMix mix, MovieWriter& writer) : mix_(std::move(mix)), writer_(writer) {}
 
 void SoundPump::pumpTo(double seconds, const std::stop_token& stop) {
-    pump(std::min(std::llround(seconds * soundRate), static_cast<long long>(mix_.length)), stop);
+    pump(std::min(soundPosition(seconds), mix_.length), stop);
 }
 
 void SoundPump::finish(const std::stop_token& stop) {

@@ -142,7 +142,7 @@ void AudioReader::takeFrame() {
     } else {
         source.converter.restart();
         source.nextTime = time;
-        chunkStart_ = std::llround(time * soundRate);
+        chunkStart_ = soundPosition(time);
     }
     *source.nextTime += static_cast<double>(frame.nb_samples) / frame.sample_rate;
     source.converter.convert(frame, chunk_);

@@ -19,6 +19,7 @@ constexpr std::int64_t searchReach = 256;
 constexpr double fastestWithAttacks = 16;
 /// At this speed an hour is over in a few seconds; what is faster would be even less to hear.
 constexpr double fastest = 1000;
+constexpr double slowest = 0.001;
 
 /// The weight of the grain that begins; the one that ends has the rest.
 std::array<float, hop> risingWeights() {
@@ -38,7 +39,7 @@ std::int64_t rounded(double value) {
 
 TimeStretch::TimeStretch(std::unique_ptr<SoundSource> source, double speed)
     : source_(std::move(source)),
-      speed_(std::min(speed, fastest)),
+      speed_(std::clamp(speed, slowest, fastest)),
       attackSpeed_(std::min(speed, fastestWithAttacks)),
       detector_(rounded(3 * hop * std::max(attackSpeed_, 1.0))) {}
 

@@ -19,7 +19,7 @@ namespace tessaloom {
 /// exactly in its place; no other grain may play it.
 class TimeStretch final : public SoundSource {
   public:
-    /// `speed` is above 0; one above 1000 counts as 1000.
+    /// `speed` is above 0; 0.001 and 1000 are as far as it goes.
     TimeStretch(std::unique_ptr<SoundSource> source, double speed);
 
     void read(std::span<StereoSample> target) override;

@@ -221,6 +221,20 @@ TEST_F(AudioMixTest, VolumesThatAreNoneAreSilentAndMadOnesBounded) {
     EXPECT_LE(peakBetween(mixed(wanted), 0, 1), 1.0001);
 }
 
+TEST_F(AudioMixTest, TimesThatOnlyADamagedTakeHasDoNoHarm) {
+    test::writeWave(microphone(), test::beeps(2, std::vector<double>{0.5}));
+    setMicrophoneOffset(1e300);
+    EXPECT_EQ(peakBetween(mixed(settings({{0, 2}})), 0, 2), 0);
+    setMicrophoneOffset(0);
+    for (const double speed : {1e-300, 1.0, 1e300}) {
+        auto wanted = settings({{0, 1e300}}, speed);
+        wanted.clickSoundTimes = {-1e300, 1e300};
+        const auto mix = makeAudioMix(bundle_, wanted);
+        ASSERT_TRUE(mix);
+        EXPECT_EQ(test::pull(*mix->sound, soundRate).size(), soundRate + 0U) << speed;
+    }
+}
+
 TEST_F(AudioMixTest, AFileThatCannotBeReadEndsIt) {
     test::writeWave(microphone(), level(1, 0.1F));
     EXPECT_THROW(makeAudioMix(bundle_, withMusic(settings({{0, 1}}), 1)), MediaError);
