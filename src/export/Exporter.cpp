@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "export/AudioMix.h"
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
 #include "export/GIFWriter.h"
@@ -30,9 +31,10 @@ const char* messageOf(Exporter::Failure::Reason reason) {
     return "";
 }
 
-MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel) {
+MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel, bool sound) {
     return {.container = MovieWriter::Container::mp4,
-            .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel))};
+            .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel)),
+            .sound = sound};
 }
 
 void throwIfStopped(const std::stop_token& stop) {
@@ -88,8 +90,10 @@ void Exporter::exportVideo(const std::filesystem::path& destination, const Progr
                            const std::stop_token& stop) {
     throwIfStopped(stop);
     Run run = begin(MovieSink::framesPerSecond, settings_.outputLongEdge);
+    auto mix = makeAudioMix(bundle_, settings_);
     ExportStaging staging(destination);
-    MovieSink sink(MovieWriter::create(staging.url(), writerSettings(run.canvas, settings_.bitsPerPixel)));
+    const auto settings = writerSettings(run.canvas, settings_.bitsPerPixel, mix.has_value());
+    MovieSink sink(MovieWriter::create(staging.url(), settings), std::move(mix), stop);
     if (drawInto(sink, run, progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
     sink.finish();
     throwIfStopped(stop);

@@ -39,6 +39,11 @@ class Exporter {
         /// The kept pieces of the recording in source seconds, ascending.
         std::vector<TimeSegment> segments;
         std::optional<std::filesystem::path> wallpaper;
+        /// Played under the whole of the result.
+        std::optional<std::filesystem::path> musicURL;
+        /// Gains; 1 leaves the level as it is.
+        double musicVolume = 0.7;
+        double micVolume = 1;
         /// Pixels; the recording's own size when absent.
         std::optional<int> outputLongEdge;
         double bitsPerPixel = 0.1;
@@ -51,6 +56,10 @@ class Exporter {
         /// The camera's bubble; absent without a camera.
         std::optional<WebcamConfig> webcam;
         CursorStyle cursorStyle = CursorStyle::system;
+        /// Used in place of the recorded microphone track, where there is one.
+        std::optional<std::filesystem::path> micURL;
+        /// Source seconds.
+        std::vector<double> clickSoundTimes;
         /// Gets the cursor's size and hot spot in points. Called on the main thread.
         std::function<FrameComposer(Size, Point)> makeComposer;
     };
@@ -79,9 +88,9 @@ class Exporter {
     static Exporter prepare(const TakeBundle& bundle, const Settings& settings,
                             const RendererFactory& makeRenderer);
 
-    /// Writes an MP4 at 60 frames a second and returns when it is in place. Replaces an existing file, and
-    /// only by a complete one. Throws Failure, ExportCancelled once `stop` is requested, MediaError or
-    /// std::system_error with the system's reason; then nothing is left behind.
+    /// Writes an MP4 at 60 frames a second, with sound where there is any, and returns when it is in place.
+    /// Replaces an existing file, and only by a complete one. Throws Failure, ExportCancelled once `stop` is
+    /// requested, MediaError or std::system_error with the system's reason; then nothing is left behind.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
 

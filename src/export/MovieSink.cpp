@@ -5,13 +5,20 @@
 
 namespace tessaloom {
 
-MovieSink::MovieSink(std::unique_ptr<MovieWriter> writer) : writer_(std::move(writer)) {}
+MovieSink::MovieSink(std::unique_ptr<MovieWriter> writer, std::optional<AudioMix> mix, std::stop_token stop)
+    : writer_(std::move(writer)), stop_(std::move(stop)) {
+    if (mix) sound_.emplace(std::move(*mix), *writer_);
+}
 
 void MovieSink::append(std::int64_t index, const YuvImage& picture, bool /*changed*/) {
-    writer_->appendVideo(picture, static_cast<double>(index) / framesPerSecond, 1 / framesPerSecond);
+    const double time = static_cast<double>(index) / framesPerSecond;
+    constexpr double duration = 1 / framesPerSecond;
+    writer_->appendVideo(picture, time, duration);
+    if (sound_) sound_->pumpTo(time + duration, stop_);
 }
 
 void MovieSink::finish() {
+    if (sound_) sound_->finish(stop_);
     writer_->finish();
 }
 

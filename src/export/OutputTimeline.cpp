@@ -10,8 +10,8 @@ namespace tessaloom {
 namespace {
 
 constexpr double shortestKept = 0.0001;
-/// A year at 60 frames a second: a damaged length can't overflow the count.
-constexpr double mostFrames = 60.0 * 366 * 24 * 3600;
+/// A year: a damaged length can't overflow the count of frames.
+constexpr double longestOutput = 366.0 * 24 * 3600;
 
 double keptLength(std::span<const TimeSegment> segments) {
     double sum = 0;
@@ -22,10 +22,17 @@ double keptLength(std::span<const TimeSegment> segments) {
 
 }  // namespace
 
+double exportSpeed(double speed) {
+    return speed > 0 && std::isfinite(speed) ? speed : 1;
+}
+
 OutputTimeline::OutputTimeline(std::span<const TimeSegment> segments, double speed, double framesPerSecond)
-    : segments_(validRanges(segments)), speed_(speed > 0 ? speed : 1), framesPerSecond_(framesPerSecond) {
-    const double frames = std::round(framesPerSecond * keptLength(segments_) / speed_);
-    frameCount_ = static_cast<std::int64_t>(std::clamp(frames, 1.0, mostFrames));
+    : segments_(validRanges(segments)), speed_(exportSpeed(speed)), framesPerSecond_(framesPerSecond) {
+    frameCount_ = std::max(std::llround(framesPerSecond * duration()), 1LL);
+}
+
+double OutputTimeline::duration() const {
+    return std::min(keptLength(segments_) / speed_, longestOutput);
 }
 
 double OutputTimeline::sourceTime(std::int64_t index) const {

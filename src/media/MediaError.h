@@ -12,7 +12,7 @@ class MediaError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// A movie that is missing or damaged, or whose encoding is unknown.
+/// A movie or sound file that is missing or damaged, or whose encoding is unknown.
 class UnreadableMovie : public MediaError {
   public:
     using MediaError::MediaError;
@@ -20,6 +20,12 @@ class UnreadableMovie : public MediaError {
 
 /// A media file that is sound but holds no pictures.
 class NoVideoTrack : public UnreadableMovie {
+  public:
+    using UnreadableMovie::UnreadableMovie;
+};
+
+/// A media file that is sound but holds nothing to hear.
+class NoAudioTrack : public UnreadableMovie {
   public:
     using UnreadableMovie::UnreadableMovie;
 };

@@ -42,7 +42,6 @@ class MovieReader {
 
     explicit MovieReader(std::unique_ptr<Source> source);
     static void seekKeyFrame(Source& source, double time);
-    bool decodeMore();
 
     std::unique_ptr<Source> source_;
     bool ended_ = false;

@@ -53,7 +53,8 @@ LibavHandle<AVDictionary> muxerOptions(const MovieWriter::Settings& settings) {
 
 struct MovieWriter::File {
     OutputHandle output;
-    AVStream* stream = nullptr;
+    AVStream* pictures = nullptr;
+    AVStream* sound = nullptr;
 };
 
 std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& path,
@@ -61,11 +62,16 @@ std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& pa
     auto file = std::make_unique<File>(File{openOutput(path.string(), settings.container)});
     AVFormatContext* output = file->output.get();
     if (settings.container == Container::fragmentedMovie) output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
-    file->stream = avformat_new_stream(output, nullptr);
-    file->stream->time_base = {1, settings.video.timescale};
+    file->pictures = avformat_new_stream(output, nullptr);
+    file->pictures->time_base = {1, settings.video.timescale};
+    if (settings.sound) {
+        file->sound = avformat_new_stream(output, nullptr);
+        file->sound->time_base = {1, soundRate};
+    }
 
     std::unique_ptr<MovieWriter> writer(new MovieWriter(settings, std::move(file)));
-    writer->encoder_.copyParameters(*writer->file_->stream->codecpar);
+    writer->encoder_.copyParameters(*writer->file_->pictures->codecpar);
+    if (settings.sound) writer->soundEncoder_->copyParameters(*writer->file_->sound->codecpar);
     AVDictionary* options = muxerOptions(settings).release();
     const int result = avformat_write_header(output, &options);
     const LibavHandle<AVDictionary> unused(options);
@@ -74,7 +80,9 @@ std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& pa
 }
 
 MovieWriter::MovieWriter(const Settings& settings, std::unique_ptr<File> file)
-    : settings_(settings), encoder_(settings.video), file_(std::move(file)) {}
+    : settings_(settings), encoder_(settings.video), file_(std::move(file)) {
+    if (settings.sound) soundEncoder_.emplace();
+}
 
 MovieWriter::~MovieWriter() = default;
 
@@ -83,7 +91,12 @@ void MovieWriter::appendVideo(const YuvImage& image, double time, double duratio
     if (!fragmentStart_) beginFragment(time);
     const double timescale = settings_.video.timescale;
     lastDuration_ = std::llround(duration * timescale);
-    encoder_.encode(image, std::llround(time * timescale), [this](AVPacket& packet) { writePacket(packet); });
+    encoder_.encode(image, std::llround(time * timescale),
+                    [this](AVPacket& packet) { writePicture(packet); });
+}
+
+void MovieWriter::appendSound(std::span<const StereoSample> sound) {
+    soundEncoder_->encode(sound, [this](AVPacket& packet) { writeSound(packet); });
 }
 
 void MovieWriter::flush() {
@@ -96,18 +109,32 @@ void MovieWriter::flush() {
 }
 
 void MovieWriter::finish() {
-    encoder_.finish([this](AVPacket& packet) { writePacket(packet); });
+    encoder_.finish([this](AVPacket& packet) { writePicture(packet); });
+    if (soundEncoder_) soundEncoder_->finish([this](AVPacket& packet) { writeSound(packet); });
     flush();
     AVFormatContext* output = file_->output.get();
     requireLibav(av_write_trailer(output), writeProblem);
     requireLibav(avio_closep(&output->pb), writeProblem);
 }
 
-void MovieWriter::writePacket(AVPacket& packet) {
+void MovieWriter::writePicture(AVPacket& packet) {
     packet.duration = lastDuration_;
-    packet.stream_index = file_->stream->index;
-    av_packet_rescale_ts(&packet, {1, settings_.video.timescale}, file_->stream->time_base);
-    requireLibav(av_write_frame(file_->output.get(), &packet), writeProblem);
+    packet.stream_index = file_->pictures->index;
+    av_packet_rescale_ts(&packet, {1, settings_.video.timescale}, file_->pictures->time_base);
+    writePacket(packet);
+}
+
+void MovieWriter::writeSound(AVPacket& packet) {
+    packet.stream_index = file_->sound->index;
+    av_packet_rescale_ts(&packet, {1, soundRate}, file_->sound->time_base);
+    writePacket(packet);
+}
+
+void MovieWriter::writePacket(AVPacket& packet) {
+    AVFormatContext* output = file_->output.get();
+    const bool twoTracks = file_->sound != nullptr;
+    requireLibav(twoTracks ? av_interleaved_write_frame(output, &packet) : av_write_frame(output, &packet),
+                 writeProblem);
 }
 
 void MovieWriter::beginFragment(double time) {

@@ -5,8 +5,11 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 
+#include "media/AacEncoder.h"
 #include "media/H264Encoder.h"
+#include "media/StereoSample.h"
 #include "media/YuvImage.h"
 
 namespace tessaloom {
@@ -25,6 +28,8 @@ class MovieWriter {
     struct Settings {
         Container container = Container::mp4;
         H264Settings video;
+        /// A sound track beside the pictures; in an MP4 file only.
+        bool sound = false;
     };
 
     /// Replaces the file at `path`.
@@ -34,6 +39,10 @@ class MovieWriter {
     /// Appends a picture of the settings' size. `time` and `duration` are in seconds, times must ascend by at
     /// least a tick. A picture is shown until the next one begins; `duration` counts for the last one only.
     void appendVideo(const YuvImage& image, double time, double duration);
+
+    /// Appends the sound that follows the last call's; the first begins at time 0. Where pictures and sound
+    /// come at about the same pace, little has to be kept in memory.
+    void appendSound(std::span<const StereoSample> sound);
 
     /// Cuts a fragment here and hands everything appended so far to the operating system. Without new
     /// pictures, and for containers without fragments, there is nothing to do. A recording in progress
@@ -47,12 +56,15 @@ class MovieWriter {
     struct File;
 
     MovieWriter(const Settings& settings, std::unique_ptr<File> file);
+    void writePicture(AVPacket& packet);
+    void writeSound(AVPacket& packet);
     void writePacket(AVPacket& packet);
     void beginFragment(double time);
     void cutFragment();
 
     Settings settings_;
     H264Encoder encoder_;
+    std::optional<AacEncoder> soundEncoder_;
     std::unique_ptr<File> file_;
     std::int64_t lastDuration_ = 0;
     std::optional<double> fragmentStart_;

@@ -2,7 +2,10 @@
 #include "take/OpenTake.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
+
+#include "base/Resources.h"
 
 namespace tessaloom {
 namespace {
@@ -86,6 +89,19 @@ std::optional<std::filesystem::path> OpenTake::wallpaper() const {
     if (edit.background.style != Background::Style::wallpaper || edit.background.primary.empty())
         return std::nullopt;
     return bundle.file(edit.background.primary);
+}
+
+std::optional<std::filesystem::path> OpenTake::micURL() const {
+    if (!bundle.hasMic()) return std::nullopt;
+    const bool enhanced = edit.micEnhanced && bundle.hasEnhancedAudio();
+    return bundle.file(enhanced ? TakeBundle::enhancedAudioFile : TakeBundle::microphoneFile);
+}
+
+std::optional<std::filesystem::path> OpenTake::musicURL() const {
+    if (edit.music == MusicPreset::none) return std::nullopt;
+    const std::string name(rawString(edit.music));
+    const auto preferred = resource(name + ".m4a");
+    return preferred ? preferred : resource(name + ".mp3");
 }
 
 FrameComposer OpenTake::composer(Size cursorImageSize, Point cursorHotspot) const {

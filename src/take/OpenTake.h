@@ -64,6 +64,13 @@ struct OpenTake {
     /// The chosen background picture, whether or not the file is there.
     std::optional<std::filesystem::path> wallpaper() const;
 
+    /// The microphone track to play, the cleaned one where the edit wants it and it is there; nothing for a
+    /// recording without a microphone.
+    std::optional<std::filesystem::path> micURL() const;
+
+    /// The chosen music; nothing when none is chosen or it isn't installed.
+    std::optional<std::filesystem::path> musicURL() const;
+
     /// The cursor's size and hot spot are the renderer's, in points.
     FrameComposer composer(Size cursorImageSize, Point cursorHotspot) const;
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <csignal>
 #include <thread>
 
@@ -64,6 +65,36 @@ TEST_F(ExportCommandTest, ByItselfTheFileIsTheRecordingsNameInTheCurrentFolder) 
     const CommandResult result = finished(process);
     EXPECT_EQ(result.output, (outputs() / "My take 1.5.mp4").string() + "\n");
     EXPECT_EQ(outputNames(), std::vector<std::string>{"My take 1.5.mp4"});
+}
+
+TEST_F(ExportCommandTest, ASpeedThatIsNoneIsSaidAndExportedAsOne) {
+    const TakeBundle bundle = makeRecording("take");
+    for (const double speed : {0.0, -1.5}) {
+        EditParams edit;
+        edit.speed = speed;
+        bundle.write(edit);
+        const CommandResult result = run({"export", "take", "-o", film_.string()});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_NE(result.errors.find("it is exported at normal speed."), std::string::npos) << result.errors;
+        EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+        EXPECT_EQ(probeMovie(film_).packets.size(), 55U);
+        const CommandResult facts = run({"inspect", "edit", "take"});
+        EXPECT_NE(facts.output.find("\"speed\": " + std::string(speed == 0 ? "0" : "-1.5")),
+                  std::string::npos);
+        EXPECT_EQ(facts.errors, "");
+    }
+}
+
+TEST_F(ExportCommandTest, TheMovieHasTheEditsSound) {
+    const TakeBundle bundle = makeRecording("take");
+    EditParams edit;
+    edit.music = MusicPreset::lofi;
+    bundle.write(edit);
+    EXPECT_EQ(run({"export", "take", "-o", film_.string()}).status, 0);
+    const auto sound = probeSound(film_);
+    ASSERT_TRUE(sound);
+    EXPECT_EQ(sound->codec, "aac");
+    EXPECT_NEAR(sound->duration, 55.0 / 60, 0.01);
 }
 
 TEST_F(ExportCommandTest, AGifIsMadeWhereTheFilesNameOrTheFormatSaysSo) {

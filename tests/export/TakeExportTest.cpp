@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <fstream>
+
+#include "base/Resources.h"
+
 #include <fstream>
 
 #include "support/TemporaryFolder.h"
@@ -113,6 +118,55 @@ TEST_F(TakeExportTest, TheCameraCountsWhereTheTakeHasOne) {
 TEST_F(TakeExportTest, TheMoviesLengthCountsForAnEmptyLogOnly) {
     EXPECT_EQ(exportSettings(opened({}, 0), {}, 7.5).segments, (std::vector<TimeSegment>{{0, 7.5}}));
     EXPECT_EQ(exportSettings(opened({}, 10), {}, 7.5).segments, (std::vector<TimeSegment>{{0, 10}}));
+}
+
+TEST_F(TakeExportTest, TheSoundIsTheEdits) {
+    EditParams edit;
+    edit.music = MusicPreset::ambient;
+    edit.musicVolume = 0.3;
+    edit.micVolume = 1.7;
+    edit.micEnhanced = true;
+    auto settings = exportSettings(opened(edit), {}, 0);
+    EXPECT_EQ(settings.musicURL, resource("ambient.m4a"));
+    EXPECT_EQ(settings.musicVolume, 0.3);
+    // Without a microphone there is nothing to set.
+    EXPECT_EQ(settings.micURL, std::nullopt);
+    EXPECT_EQ(settings.micVolume, 1);
+    const auto microphone = bundle_.file(TakeBundle::microphoneFile);
+    std::ofstream(microphone) << "sound";
+    settings = exportSettings(opened(edit), {}, 0);
+    EXPECT_EQ(settings.micURL, microphone);
+    EXPECT_EQ(settings.micVolume, 1.7);
+    const auto enhanced = bundle_.file(TakeBundle::enhancedAudioFile);
+    std::ofstream(enhanced) << "sound";
+    EXPECT_EQ(exportSettings(opened(edit), {}, 0).micURL, enhanced);
+    edit.micEnhanced = false;
+    edit.music = MusicPreset::none;
+    settings = exportSettings(opened(edit), {}, 0);
+    EXPECT_EQ(settings.micURL, microphone);
+    EXPECT_EQ(settings.musicURL, std::nullopt);
+}
+
+TEST_F(TakeExportTest, ClicksSoundWhereTheEditWantsThem) {
+    OpenTake take = opened({});
+    const auto click = [](double time, std::optional<RelativePoint> location) {
+        return InputEvent{
+            .pts = time, .type = InputEvent::EventType::leftClick, .location = location, .keyLabel = {}};
+    };
+    const InputEvent clicks[] = {click(1, RelativePoint{}), click(2, std::nullopt),
+                                 click(3, RelativePoint{})};
+    take.clickEffects = ClickEffects(clicks);
+    EXPECT_TRUE(exportSettings(take, {}, 0).clickSoundTimes.empty());
+    take.edit.clickSounds = true;
+    EXPECT_EQ(exportSettings(take, {}, 0).clickSoundTimes, (std::vector<double>{1, 3}));
+}
+
+TEST_F(TakeExportTest, ASpeedThatIsNoneIsExportedAsOne) {
+    OpenTake take = opened({});
+    for (const double speed : {0.0, -1.0, std::nan("")}) {
+        take.edit.speed = speed;
+        EXPECT_EQ(exportSettings(take, {}, 0).speed, 1) << speed;
+    }
 }
 
 TEST_F(TakeExportTest, LaterChangesToTheTakeDoNotReachTheSettings) {

@@ -10,10 +10,12 @@
 #include <algorithm>
 #include <random>
 
+#include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
 #include "support/MovieMaker.h"
 #include "support/MovieProbe.h"
+#include "support/SoundMaker.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -234,6 +236,51 @@ TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {
     EXPECT_EQ(H264Settings::exported(1920, 1080, 12'441'600).commandLine(),
               "-c:v libx264 -pix_fmt yuv420p -preset:v veryfast -b:v 12441600 -profile:v high "
               "-color_primaries:v bt709 -color_trc:v bt709 -colorspace:v bt709 -color_range:v tv");
+}
+
+TEST_F(MovieWriterTest, SoundAndPicturesStartTogether) {
+    MovieWriter::Settings settings = exported();
+    settings.sound = true;
+    const auto writer = MovieWriter::create(file("a.mp4"), settings);
+    const std::vector<double> times{0, 1, 2.5};
+    test::MonoSource source(test::beeps(3, times));
+    for (int n = 0; n < 180; ++n) {
+        writer->appendVideo(test::plainYuv(width, height, test::pureRed), n * frame, frame);
+        writer->appendSound(test::pull(source, soundRate / 60));
+    }
+    writer->finish();
+
+    EXPECT_EQ(test::probeMovie(file("a.mp4")).times().front(), 0);
+    const auto facts = test::probeSound(file("a.mp4"));
+    ASSERT_TRUE(facts);
+    EXPECT_EQ(facts->codec, "aac");
+    EXPECT_EQ(facts->rate, 44'100);
+    EXPECT_EQ(facts->channels, 2);
+    EXPECT_NEAR(facts->firstPacketTime, -1024.0 / soundRate, 1e-4);
+    EXPECT_NEAR(facts->startTime, 0, 1e-4);
+    EXPECT_NEAR(facts->duration, 3, 1e-3);
+    // FFmpeg's own program must hear it where we put it.
+    test::convertSound(file("a.mp4"), file("heard.wav"), {"-vn"});
+    std::vector<StereoSample> heard(3 * soundRate);
+    AudioReader::open(file("heard.wav"))->read(0, heard);
+    const auto found = test::onsets(heard);
+    ASSERT_EQ(found.size(), times.size());
+    for (std::size_t i = 0; i < times.size(); ++i)
+        EXPECT_NEAR(found[i], times[i], 0.001) << i;
+}
+
+TEST_F(MovieWriterTest, SoundIsEncodedAt128KilobitsASecond) {
+    MovieWriter::Settings settings = exported();
+    settings.sound = true;
+    const auto writer = MovieWriter::create(file("a.mp4"), settings);
+    std::mt19937 generator(1);
+    std::vector<StereoSample> sound(10 * soundRate);
+    for (StereoSample& sample : sound)
+        sample = {static_cast<float>(generator()) / 6e9F, static_cast<float>(generator()) / 6e9F};
+    writer->appendVideo(test::plainYuv(width, height, test::pureRed), 0, 10);
+    writer->appendSound(sound);
+    writer->finish();
+    EXPECT_NEAR(test::probeSound(file("a.mp4"))->bitRate, 128'000, 8'000);
 }
 
 }  // namespace

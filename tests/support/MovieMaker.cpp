@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/MovieMaker.h"
 
-#include <fstream>
-#include <string>
-
 #include "media/ColorConversion.h"
 #include "media/MovieWriter.h"
+#include "support/SoundMaker.h"
 
 namespace tessaloom::test {
 namespace {
 
 constexpr double frameDuration = 1.0 / 60.0;
-
-std::string littleEndian(std::uint32_t value, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
-    return text;
-}
 
 }  // namespace
 
@@ -65,13 +56,7 @@ void writeRecordedMovie(const std::filesystem::path& path, int width, int height
 }
 
 void writeSoundFile(const std::filesystem::path& path) {
-    constexpr std::uint32_t rate = 8000;
-    const std::string samples(1600, '\0');
-    const auto size = static_cast<std::uint32_t>(samples.size());
-    std::ofstream file(path, std::ios::binary);
-    file << "RIFF" << littleEndian(36 + size, 4) << "WAVEfmt " << littleEndian(16, 4) << littleEndian(1, 2)
-         << littleEndian(1, 2) << littleEndian(rate, 4) << littleEndian(rate * 2, 4) << littleEndian(2, 2)
-         << littleEndian(16, 2) << "data" << littleEndian(size, 4) << samples;
+    writeWave(path, Sound(800), 8000);
 }
 
 }  // namespace tessaloom::test

@@ -25,6 +25,15 @@ struct PacketFree {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
 };
 
+std::unique_ptr<AVFormatContext, InputClose> open(const std::filesystem::path& path) {
+    AVFormatContext* opened = nullptr;
+    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
+        throw std::runtime_error("not a movie: " + path.string());
+    std::unique_ptr<AVFormatContext, InputClose> input(opened);
+    avformat_find_stream_info(opened, nullptr);
+    return input;
+}
+
 std::string content(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -55,11 +64,8 @@ std::vector<double> MovieFacts::times() const {
 }
 
 MovieFacts probeMovie(const std::filesystem::path& path) {
-    AVFormatContext* opened = nullptr;
-    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
-        throw std::runtime_error("not a movie: " + path.string());
-    const std::unique_ptr<AVFormatContext, InputClose> input(opened);
-    avformat_find_stream_info(opened, nullptr);
+    const auto input = open(path);
+    AVFormatContext* opened = input.get();
     const int index = av_find_best_stream(opened, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
     if (index < 0) throw std::runtime_error("no pictures in " + path.string());
     const AVStream& stream = *opened->streams[index];
@@ -79,6 +85,26 @@ MovieFacts probeMovie(const std::filesystem::path& path) {
         av_packet_unref(packet.get());
     }
     std::ranges::sort(facts.packets, {}, &MovieFacts::Packet::time);
+    return facts;
+}
+
+std::optional<SoundFacts> probeSound(const std::filesystem::path& path) {
+    const auto input = open(path);
+    const int index = av_find_best_stream(input.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+    if (index < 0) return std::nullopt;
+    const AVStream& stream = *input->streams[index];
+    const double tick = av_q2d(stream.time_base);
+    SoundFacts facts{.codec = avcodec_get_name(stream.codecpar->codec_id),
+                     .rate = stream.codecpar->sample_rate,
+                     .channels = stream.codecpar->ch_layout.nb_channels,
+                     .firstPacketTime = 0,
+                     .startTime = static_cast<double>(stream.start_time) * tick,
+                     .duration = static_cast<double>(stream.duration) * tick,
+                     .bitRate = static_cast<double>(stream.codecpar->bit_rate)};
+    const std::unique_ptr<AVPacket, PacketFree> packet(av_packet_alloc());
+    while (av_read_frame(input.get(), packet.get()) >= 0 && packet->stream_index != index)
+        av_packet_unref(packet.get());
+    facts.firstPacketTime = static_cast<double>(packet->pts) * tick;
     return facts;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,22 @@ struct MovieFacts {
 
     std::vector<double> times() const;
 };
+
+/// The same of the first sound track.
+struct SoundFacts {
+    std::string codec;
+    int rate = 0;
+    int channels = 0;
+    /// Seconds; the first packet begins before zero where a decoder needs a run-up.
+    double firstPacketTime = 0;
+    double startTime = 0;
+    double duration = 0;
+    /// Bits a second on average.
+    double bitRate = 0;
+};
+
+/// Nothing for a file without a sound track.
+std::optional<SoundFacts> probeSound(const std::filesystem::path& path);
 
 MovieFacts probeMovie(const std::filesystem::path& path);
 
