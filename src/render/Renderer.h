@@ -27,6 +27,8 @@ struct SourcePicture {
 /// The pictures that one frame is made from.
 struct FrameSources {
     SourcePicture recording;
+    SourcePicture camera = {};
+    SourcePicture matte = {};
 };
 
 /// Draws composed frames. It never decides what a frame shows: that is FrameComposer's. One task at a time

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "render/GpuPainter.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "base/Log.h"
+#include "render/KeystrokeChipRaster.h"
+#include "render/KeystrokePlacement.h"
+
+namespace tessaloom {
+namespace {
+
+/// Fainter overlays are not drawn.
+constexpr float leastAlpha = 0.001F;
+/// Of the camera's width, at full blur.
+constexpr double fullBlurSigma = 0.035;
+
+/// Shows as black.
+BgraView blackPixel() {
+    static constexpr std::array<std::uint8_t, 4> opaqueBlack{0, 0, 0, 255};
+    return {opaqueBlack.data(), 1, 1, 4};
+}
+
+BgraView orBlack(BgraView picture) {
+    return picture.empty() ? blackPixel() : picture;
+}
+
+}  // namespace
+
+GpuPainter::GpuPainter(std::unique_ptr<GpuDevice> device, const QString& shaderFolder)
+    : device_(std::move(device)),
+      inputs_(*device_),
+      canvas_(*device_, QRhiTexture::RGBA8),
+      recording_(*device_, QRhiTexture::BGRA8),
+      wallpaper_(*device_, QRhiTexture::BGRA8),
+      camera_(*device_, QRhiTexture::BGRA8),
+      matte_(*device_, QRhiTexture::BGRA8),
+      stages_(*device_, inputs_, *canvas_.pass(), shaderFolder, recording_.texture()),
+      pipelineError_(stages_.pipelineError()),
+      noTextures_(inputs_.bind({})),
+      compositeTextures_(inputs_.bind(std::array{recording_.texture(), wallpaper_.texture()})) {
+    if (!pipelineError_) buildBlur(shaderFolder);
+    QRhiTexture* const camera = camera_.texture();
+    QRhiTexture* const blurred = blur_ ? blur_->result().texture() : camera;
+    webcamTextures_.push_back(inputs_.bind(std::array{camera, camera, camera}));
+    webcamTextures_.push_back(inputs_.bind(std::array{camera, matte_.texture(), camera}));
+    webcamTextures_.push_back(inputs_.bind(std::array{camera, matte_.texture(), blurred}));
+    wallpaper_.uploadCopy(blackPixel(), uploads());
+}
+
+void GpuPainter::buildBlur(const QString& shaderFolder) {
+    try {
+        blur_.emplace(*device_, inputs_, shaderFolder, camera_);
+    } catch (const GpuPipeline::Failure& failure) {
+        pipelineError_ = failure.what();
+        qCWarning(Log::renderer, "Failed to build pipeline: %s", failure.what());
+    }
+}
+
+bool GpuPainter::draw(const FrameComposer::Frame& frame, const FrameSources& sources, QSize canvas) {
+    draws_.clear();
+    inputs_.clear();
+    blursNow_ = false;
+    if (!canvas_.resize(canvas)) return false;
+    if (stages_.pipeline(GpuStage::composite) != nullptr && !prepare(frame, sources)) return false;
+    return inputs_.upload(uploads()) && submit();
+}
+
+bool GpuPainter::prepare(const FrameComposer::Frame& frame, const FrameSources& sources) {
+    if (!recording_.upload(orBlack(sources.recording.pixels), sources.recording.identity, uploads())) {
+        return false;
+    }
+    add(GpuStage::composite, compositeTextures_.get(), frame.uniforms);
+    for (const RippleUniforms& ripple : frame.ripples)
+        add(GpuStage::ripple, noTextures_.get(), ripple);
+    if (frame.cursor && cursor_) {
+        add(GpuStage::cursor, cursor_->forWidth(frame.cursor->rect.z), *frame.cursor);
+    }
+    if (frame.webcam && !prepareWebcam(*frame.webcam, sources)) return false;
+    if (frame.keystroke && frame.keystroke->alpha > leastAlpha) {
+        prepareKeystroke(*frame.keystroke, frame.uniforms.a);
+    }
+    return true;
+}
+
+bool GpuPainter::prepareWebcam(const WebcamUniforms& webcam, const FrameSources& sources) {
+    const SourcePicture& camera = sources.camera;
+    const SourcePicture& matte = sources.matte;
+    if (camera.pixels.empty()) return true;
+    if (!camera_.upload(camera.pixels, camera.identity, uploads())) return false;
+    auto input = WebcamInput::cameraOnly;
+    if (!matte.pixels.empty()) {
+        input = WebcamInput::matte;
+        if (!matte_.upload(matte.pixels, matte.identity, uploads())) return false;
+        if (blur_ && webcam.blur.x > leastAlpha) {
+            input = WebcamInput::matteAndBlur;
+            if (!prepareBlur(camera, webcam.blur.x)) return false;
+        }
+    }
+    add(GpuStage::webcam, webcamTextures_[static_cast<std::size_t>(input)].get(), webcam);
+    return true;
+}
+
+bool GpuPainter::prepareBlur(const SourcePicture& camera, double amount) {
+    const BlurState wanted{camera.identity, std::max(amount * camera.pixels.width * fullBlurSigma, 1.0)};
+    blursNow_ = camera.identity == 0 || wanted != blurState_;
+    if (!blursNow_) return true;
+    blurState_ = {};
+    if (!blur_->prepare(wanted.sigma)) return false;
+    blurState_ = wanted;
+    return true;
+}
+
+void GpuPainter::prepareKeystroke(const KeystrokeChip& chip, const Float4& canvas) {
+    const Chip* raster = keystrokeChip(chip.text);
+    if (raster == nullptr) return;
+    const Rect place = keystrokePlacement(raster->pixels, canvas.x, canvas.y);
+    const Float4 meta{canvas.x, canvas.y, static_cast<float>(chip.alpha), 0};
+    add(GpuStage::chip, raster->picture.forWidth(place.width), ChipUniforms{toFloat4(place), meta});
+}
+
+template <class Record>
+void GpuPainter::add(GpuStage stage, QRhiShaderResourceBindings* bindings, const Record& record) {
+    if (bindings == nullptr || stages_.pipeline(stage) == nullptr) return;
+    draws_.push_back({stage, bindings, inputs_.add(record)});
+}
+
+bool GpuPainter::submit() {
+    QRhi& rhi = device_->rhi();
+    QRhiCommandBuffer* commands = nullptr;
+    if (rhi.beginOffscreenFrame(&commands) != QRhi::FrameOpSuccess) return false;
+    commands->resourceUpdate(std::exchange(uploads_, nullptr));
+    if (blursNow_) blur_->draw(*commands);
+    commands->beginPass(canvas_.target(), Qt::black, {1, 0});
+    for (const Draw& draw : draws_)
+        stages_.pipeline(draw.stage)->draw(*commands, canvas_.size(), *draw.bindings, draw.record);
+    QRhiResourceUpdateBatch* const readback = rhi.nextResourceUpdateBatch();
+    readback->readBackTexture({canvas_.texture()}, &readback_);
+    commands->endPass(readback);
+    return rhi.endOffscreenFrame() == QRhi::FrameOpSuccess;
+}
+
+void GpuPainter::setCursor(BgraImage image) {
+    cursor_.emplace(*device_, inputs_, PictureLevels(std::move(image)), uploads());
+    uploadNow();
+}
+
+void GpuPainter::setWallpaper(std::optional<BgraImage> image) {
+    const PictureLevels levels(image ? std::move(*image) : BgraImage());
+    const auto fits = [this](const BgraImage& level) {
+        return !level.empty() && std::max(level.width(), level.height()) <= device_->largestTextureSide();
+    };
+    const auto level = std::ranges::find_if(levels.levels(), fits);
+    wallpaper_.uploadCopy(level == levels.levels().end() ? blackPixel() : level->view(), uploads());
+    uploadNow();
+}
+
+void GpuPainter::prewarmKeystroke(std::string_view text) {
+    keystrokeChip(text);
+    uploadNow();
+}
+
+const GpuPainter::Chip* GpuPainter::keystrokeChip(std::string_view text) {
+    return keystrokeChips_.get(text, [this](std::string_view label) -> std::optional<Chip> {
+        std::optional<OverlayRaster> raster = keystrokeChipRaster(label);
+        if (!raster) return std::nullopt;
+        const Size pixels{static_cast<double>(raster->pixels.width()),
+                          static_cast<double>(raster->pixels.height())};
+        return Chip{GpuPicture(*device_, inputs_, PictureLevels(std::move(raster->pixels)), uploads()),
+                    pixels};
+    });
+}
+
+QRhiResourceUpdateBatch& GpuPainter::uploads() {
+    if (uploads_ == nullptr) uploads_ = device_->rhi().nextResourceUpdateBatch();
+    return *uploads_;
+}
+
+void GpuPainter::uploadNow() {
+    QRhiCommandBuffer* commands = nullptr;
+    if (uploads_ == nullptr || device_->rhi().beginOffscreenFrame(&commands) != QRhi::FrameOpSuccess) return;
+    commands->resourceUpdate(std::exchange(uploads_, nullptr));
+    device_->rhi().endOffscreenFrame();
+}
+
+}  // namespace tessaloom
