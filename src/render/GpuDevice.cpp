@@ -6,7 +6,6 @@
 #include <QtGui/private/qrhivulkan_p.h>
 #include <QtGui/private/qvulkaninstance_p.h>
 
-#include <QOffscreenSurface>
 #include <QSurfaceFormat>
 #include <algorithm>
 #include <array>

@@ -3,11 +3,10 @@
 
 #include <QtGui/private/qrhi_p.h>
 
+#include <QOffscreenSurface>
 #include <QVulkanInstance>
 #include <memory>
 #include <string>
-
-class QOffscreenSurface;
 
 namespace tessaloom {
 

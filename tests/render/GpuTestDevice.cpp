@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "render/GpuTestDevice.h"
 
-#include <QOffscreenSurface>
 #include <cstdlib>
 
 #include "support/VirtualDesktop.h"
