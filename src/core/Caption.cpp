@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/CaptionWords.h"
+
 namespace tessaloom {
 namespace {
 
@@ -39,14 +41,7 @@ std::optional<int> Caption::activeWord(double time) const {
 }
 
 std::optional<std::string_view> Caption::word(int index) const {
-    const std::string_view line = text;
-    std::size_t start = line.find_first_not_of(' ');
-    for (int piece = 0; start != std::string_view::npos; ++piece) {
-        const std::size_t end = std::min(line.find(' ', start), line.size());
-        if (piece == index) return line.substr(start, end - start);
-        start = line.find_first_not_of(' ', end);
-    }
-    return std::nullopt;
+    return captionWord(text, index);
 }
 
 Caption Caption::removing(std::span<const TimeSegment> ranges) const {

@@ -58,6 +58,9 @@ Exporter Exporter::prepare(const TakeBundle& bundle, const Settings& settings,
     if (settings.cursorStyle != renderer->cursorStyle()) renderer->makeCursorTexture(settings.cursorStyle);
     FrameComposer composer = settings.makeComposer(renderer->cursorImageSize(), renderer->cursorHotspot());
     if (composer.keystrokesVisible) renderer->prewarmKeystrokes(composer.keystrokes.uniqueTexts());
+    if (composer.captionsVisible) {
+        renderer->prewarmCaptions(composer.captions.uniqueTexts(), composer.captionStyle);
+    }
     return Exporter(bundle, settings, std::move(renderer), std::move(composer));
 }
 

@@ -8,8 +8,7 @@
 #include <utility>
 
 #include "media/ColorConversion.h"
-#include "render/KeystrokeChipRaster.h"
-#include "render/KeystrokePlacement.h"
+#include "render/KeystrokeDrawing.h"
 #include "render/PictureFile.h"
 #include "render/RippleStage.h"
 
@@ -18,8 +17,6 @@ namespace {
 
 /// Even, as a YUV picture needs it.
 constexpr int bandHeight = 16;
-/// Fainter overlays are not drawn.
-constexpr float leastAlpha = 0.001F;
 
 Rect toRect(const Float4& value) {
     return {value.x, value.y, value.z, value.w};
@@ -37,6 +34,7 @@ BgraImage blackPixel() {
 CpuRenderer::CpuRenderer(int threads, std::vector<std::string> themes)
     : themes_(std::move(themes)),
       cursor_(makeCursor(cursorStyle_)),
+      texts_([](BgraImage raster) { return PictureLevels(std::move(raster)); }),
       blank_(blackPixel()),
       pool_(threads),
       scratch_(static_cast<std::size_t>(pool_.participants())),
@@ -101,12 +99,13 @@ void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, Can
 
 void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas) {
     keystrokeStage_.clear();
-    if (!chip || chip->alpha <= leastAlpha) return;
-    const Chip* raster = keystrokeChip(chip->text);
+    if (!chip || chip->alpha <= leastChipAlpha) return;
+    const auto* raster = texts_.keystroke(chip->text);
     if (raster == nullptr) return;
-    const Rect place = keystrokePlacement(raster->pixels, static_cast<float>(canvas.width),
-                                          static_cast<float>(canvas.height));
-    prepareOverlay(keystrokeStage_, raster->picture.forWidth(place.width), {place, chip->alpha, {}}, canvas);
+    const ChipUniforms drawing = keystrokeDrawing(*chip, raster->pixels, static_cast<float>(canvas.width),
+                                                  static_cast<float>(canvas.height));
+    prepareOverlay(keystrokeStage_, raster->picture.forWidth(drawing.rect.z),
+                   {toRect(drawing.rect), chip->alpha, {}}, canvas);
 }
 
 void CpuRenderer::prepareOverlay(PictureStage& stage, BgraView picture,
@@ -139,17 +138,11 @@ void CpuRenderer::loadWallpaper(const std::optional<std::filesystem::path>& file
 
 void CpuRenderer::prewarmKeystrokes(std::span<const std::string_view> texts) {
     for (const std::string_view text : texts)
-        keystrokeChip(text);
+        texts_.keystroke(text);
 }
 
-const CpuRenderer::Chip* CpuRenderer::keystrokeChip(std::string_view text) {
-    return keystrokeChips_.get(text, [](std::string_view label) -> std::optional<Chip> {
-        std::optional<OverlayRaster> raster = keystrokeChipRaster(label);
-        if (!raster) return std::nullopt;
-        const Size pixels{static_cast<double>(raster->pixels.width()),
-                          static_cast<double>(raster->pixels.height())};
-        return Chip{PictureLevels(std::move(raster->pixels)), pixels};
-    });
+void CpuRenderer::prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) {
+    texts_.prewarmCaptions(lines, style);
 }
 
 }  // namespace tessaloom

@@ -9,8 +9,8 @@
 #include "render/CursorImage.h"
 #include "render/PictureLevels.h"
 #include "render/PictureStage.h"
-#include "render/RasterCache.h"
 #include "render/Renderer.h"
+#include "render/TextRasters.h"
 
 namespace tessaloom {
 
@@ -32,16 +32,13 @@ class CpuRenderer final : public Renderer {
 
     void loadWallpaper(const std::optional<std::filesystem::path>& file) override;
     void prewarmKeystrokes(std::span<const std::string_view> texts) override;
+    void prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) override;
 
   private:
     struct Cursor {
         PictureLevels picture;
         Size size;
         Point hotspot;
-    };
-    struct Chip {
-        PictureLevels picture;
-        Size pixels;
     };
     /// In pixels.
     struct CanvasExtent {
@@ -50,7 +47,6 @@ class CpuRenderer final : public Renderer {
     };
 
     Cursor makeCursor(CursorStyle style) const;
-    const Chip* keystrokeChip(std::string_view text);
     void prepare(const FrameComposer::Frame& frame, const FrameSources& sources, CanvasExtent canvas);
     void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
     void prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas);
@@ -63,7 +59,7 @@ class CpuRenderer final : public Renderer {
     std::vector<std::string> themes_;
     CursorStyle cursorStyle_ = CursorStyle::system;
     Cursor cursor_;
-    RasterCache<Chip> keystrokeChips_;
+    TextRasters<PictureLevels> texts_;
     std::optional<std::filesystem::path> wallpaperFile_;
     BgraImage wallpaper_;
     std::uint64_t wallpaperIdentity_ = 1;

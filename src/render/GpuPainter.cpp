@@ -6,14 +6,14 @@
 #include <utility>
 
 #include "base/Log.h"
-#include "render/KeystrokeChipRaster.h"
-#include "render/KeystrokePlacement.h"
+#include "render/CaptionDrawing.h"
+#include "render/KeystrokeDrawing.h"
 
 namespace tessaloom {
 namespace {
 
-/// Fainter overlays are not drawn.
-constexpr float leastAlpha = 0.001F;
+/// Less does not blur the camera.
+constexpr float leastBlur = 0.001F;
 /// Of the camera's width, at full blur.
 constexpr double fullBlurSigma = 0.035;
 
@@ -40,7 +40,8 @@ GpuPainter::GpuPainter(std::unique_ptr<GpuDevice> device, const QString& shaderF
       stages_(*device_, inputs_, *canvas_.pass(), shaderFolder, recording_.texture()),
       pipelineError_(stages_.pipelineError()),
       noTextures_(inputs_.bind({})),
-      compositeTextures_(inputs_.bind(std::array{recording_.texture(), wallpaper_.texture()})) {
+      compositeTextures_(inputs_.bind(std::array{recording_.texture(), wallpaper_.texture()})),
+      texts_([this](BgraImage raster) { return makePicture(std::move(raster)); }) {
     if (!pipelineError_) buildBlur(shaderFolder);
     QRhiTexture* const camera = camera_.texture();
     QRhiTexture* const blurred = blur_ ? blur_->result().texture() : camera;
@@ -72,15 +73,18 @@ bool GpuPainter::prepare(const FrameComposer::Frame& frame, const FrameSources& 
     if (!recording_.upload(orBlack(sources.recording.pixels), sources.recording.identity, uploads())) {
         return false;
     }
-    add(GpuStage::composite, compositeTextures_.get(), frame.uniforms);
+    add(GpuStage::composite, *compositeTextures_, frame.uniforms);
     for (const RippleUniforms& ripple : frame.ripples)
-        add(GpuStage::ripple, noTextures_.get(), ripple);
+        add(GpuStage::ripple, *noTextures_, ripple);
     if (frame.cursor && cursor_) {
         add(GpuStage::cursor, cursor_->forWidth(frame.cursor->rect.z), *frame.cursor);
     }
     if (frame.webcam && !prepareWebcam(*frame.webcam, sources)) return false;
-    if (frame.keystroke && frame.keystroke->alpha > leastAlpha) {
-        prepareKeystroke(*frame.keystroke, frame.uniforms.a);
+    const Float4& canvas = frame.uniforms.a;
+    if (frame.keystroke && frame.keystroke->alpha > leastChipAlpha)
+        prepareKeystroke(*frame.keystroke, canvas);
+    if (frame.caption && frame.caption->alpha > leastChipAlpha) {
+        prepareCaption(*frame.caption, canvas, frame.webcamKeepOut);
     }
     return true;
 }
@@ -94,12 +98,12 @@ bool GpuPainter::prepareWebcam(const WebcamUniforms& webcam, const FrameSources&
     if (!matte.pixels.empty()) {
         input = WebcamInput::matte;
         if (!matte_.upload(matte.pixels, matte.identity, uploads())) return false;
-        if (blur_ && webcam.blur.x > leastAlpha) {
+        if (blur_ && webcam.blur.x > leastBlur) {
             input = WebcamInput::matteAndBlur;
             if (!prepareBlur(camera, webcam.blur.x)) return false;
         }
     }
-    add(GpuStage::webcam, webcamTextures_[static_cast<std::size_t>(input)].get(), webcam);
+    add(GpuStage::webcam, *webcamTextures_[static_cast<std::size_t>(input)], webcam);
     return true;
 }
 
@@ -114,17 +118,33 @@ bool GpuPainter::prepareBlur(const SourcePicture& camera, double amount) {
 }
 
 void GpuPainter::prepareKeystroke(const KeystrokeChip& chip, const Float4& canvas) {
-    const Chip* raster = keystrokeChip(chip.text);
-    if (raster == nullptr) return;
-    const Rect place = keystrokePlacement(raster->pixels, canvas.x, canvas.y);
-    const Float4 meta{canvas.x, canvas.y, static_cast<float>(chip.alpha), 0};
-    add(GpuStage::chip, raster->picture.forWidth(place.width), ChipUniforms{toFloat4(place), meta});
+    const auto* raster = texts_.keystroke(chip.text);
+    if (raster != nullptr) {
+        addChip(raster->picture, keystrokeDrawing(chip, raster->pixels, canvas.x, canvas.y));
+    }
+}
+
+void GpuPainter::prepareCaption(const CaptionChip& chip, const Float4& canvas,
+                                const std::optional<Rect>& keepOut) {
+    const auto* line = texts_.captionLine(chip.text, chip.colorHex, chip.uppercase);
+    if (line == nullptr) return;
+    const CaptionDrawing drawing = captionDrawing(chip, line->layout, canvas.x, canvas.y, keepOut);
+    for (const auto& box : {drawing.plate, drawing.underline}) {
+        if (box) add(GpuStage::roundedRect, *noTextures_, *box);
+    }
+    addChip(line->picture, drawing.text);
+    if (!drawing.boxedWord) return;
+    const auto* word = texts_.wordChip(drawing.boxedWord->word, chip.highlightHex, chip.uppercase);
+    if (word != nullptr) addChip(word->picture, drawing.boxedWord->chip);
+}
+
+void GpuPainter::addChip(const GpuPicture& raster, const ChipUniforms& record) {
+    add(GpuStage::chip, raster.forWidth(record.rect.z), record);
 }
 
 template <class Record>
-void GpuPainter::add(GpuStage stage, QRhiShaderResourceBindings* bindings, const Record& record) {
-    if (bindings == nullptr || stages_.pipeline(stage) == nullptr) return;
-    draws_.push_back({stage, bindings, inputs_.add(record)});
+void GpuPainter::add(GpuStage stage, QRhiShaderResourceBindings& bindings, const Record& record) {
+    if (stages_.pipeline(stage) != nullptr) draws_.push_back({stage, &bindings, inputs_.add(record)});
 }
 
 bool GpuPainter::submit() {
@@ -143,7 +163,7 @@ bool GpuPainter::submit() {
 }
 
 void GpuPainter::setCursor(BgraImage image) {
-    cursor_.emplace(*device_, inputs_, PictureLevels(std::move(image)), uploads());
+    cursor_ = makePicture(std::move(image));
     uploadNow();
 }
 
@@ -157,20 +177,25 @@ void GpuPainter::setWallpaper(std::optional<BgraImage> image) {
     uploadNow();
 }
 
-void GpuPainter::prewarmKeystroke(std::string_view text) {
-    keystrokeChip(text);
-    uploadNow();
+void GpuPainter::prewarmKeystrokes(std::span<const std::string_view> texts) {
+    for (const std::string_view text : texts) {
+        texts_.keystroke(text);
+        uploadNow();
+    }
 }
 
-const GpuPainter::Chip* GpuPainter::keystrokeChip(std::string_view text) {
-    return keystrokeChips_.get(text, [this](std::string_view label) -> std::optional<Chip> {
-        std::optional<OverlayRaster> raster = keystrokeChipRaster(label);
-        if (!raster) return std::nullopt;
-        const Size pixels{static_cast<double>(raster->pixels.width()),
-                          static_cast<double>(raster->pixels.height())};
-        return Chip{GpuPicture(*device_, inputs_, PictureLevels(std::move(raster->pixels)), uploads()),
-                    pixels};
-    });
+void GpuPainter::prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) {
+    // One by one, since what waits to be uploaded takes memory twice.
+    for (const std::string_view& line : lines) {
+        texts_.prewarmCaptions({&line, 1}, style);
+        uploadNow();
+    }
+}
+
+std::optional<GpuPicture> GpuPainter::makePicture(BgraImage pixels) {
+    GpuPicture picture(*device_, inputs_, PictureLevels(std::move(pixels)), uploads());
+    if (picture.empty()) return std::nullopt;
+    return picture;
 }
 
 QRhiResourceUpdateBatch& GpuPainter::uploads() {

@@ -4,14 +4,15 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "render/GpuGaussianBlur.h"
 #include "render/GpuPicture.h"
 #include "render/GpuStages.h"
-#include "render/RasterCache.h"
 #include "render/Renderer.h"
+#include "render/TextRasters.h"
 
 namespace tessaloom {
 
@@ -38,13 +39,10 @@ class GpuPainter {
     void setCursor(BgraImage image);
     /// Shown as large as the device can take it; nothing shows black.
     void setWallpaper(std::optional<BgraImage> image);
-    void prewarmKeystroke(std::string_view text);
+    void prewarmKeystrokes(std::span<const std::string_view> texts);
+    void prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style);
 
   private:
-    struct Chip {
-        GpuPicture picture;
-        Size pixels;
-    };
     struct Draw {
         GpuStage stage;
         QRhiShaderResourceBindings* bindings;
@@ -65,10 +63,12 @@ class GpuPainter {
     bool prepareWebcam(const WebcamUniforms& webcam, const FrameSources& sources);
     bool prepareBlur(const SourcePicture& camera, double amount);
     void prepareKeystroke(const KeystrokeChip& chip, const Float4& canvas);
+    void prepareCaption(const CaptionChip& chip, const Float4& canvas, const std::optional<Rect>& keepOut);
+    void addChip(const GpuPicture& raster, const ChipUniforms& record);
     template <class Record>
-    void add(GpuStage stage, QRhiShaderResourceBindings* bindings, const Record& record);
+    void add(GpuStage stage, QRhiShaderResourceBindings& bindings, const Record& record);
     bool submit();
-    const Chip* keystrokeChip(std::string_view text);
+    std::optional<GpuPicture> makePicture(BgraImage pixels);
     /// What the next frame begins with.
     QRhiResourceUpdateBatch& uploads();
     void uploadNow();
@@ -89,7 +89,7 @@ class GpuPainter {
     GpuInputs::Bindings compositeTextures_;
     std::vector<GpuInputs::Bindings> webcamTextures_;
     std::optional<GpuPicture> cursor_;
-    RasterCache<Chip> keystrokeChips_;
+    TextRasters<GpuPicture> texts_;
     std::vector<Draw> draws_;
     QRhiResourceUpdateBatch* uploads_ = nullptr;
     QRhiReadbackResult readback_;

@@ -15,9 +15,11 @@ class GpuPicture {
     GpuPicture(GpuDevice& device, const GpuInputs& inputs, const PictureLevels& levels,
                QRhiResourceUpdateBatch& uploads);
 
-    /// Null when not even the smallest level fits on the device.
-    QRhiShaderResourceBindings* forWidth(double width) const {
-        return levels_.empty() ? nullptr : levelForWidth(levels_, width).bindings.get();
+    /// Whether not even the smallest level fits on the device.
+    bool empty() const { return levels_.empty(); }
+    /// Of a picture that is not empty: what reads its `levelForWidth`.
+    QRhiShaderResourceBindings& forWidth(double width) const {
+        return *levelForWidth(levels_, width).bindings;
     }
 
   private:

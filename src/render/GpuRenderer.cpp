@@ -133,10 +133,11 @@ void GpuRenderer::loadWallpaper(const std::optional<std::filesystem::path>& file
 }
 
 void GpuRenderer::prewarmKeystrokes(std::span<const std::string_view> texts) {
-    onDeviceThread([&] {
-        for (const std::string_view text : texts)
-            painter_->prewarmKeystroke(text);
-    });
+    onDeviceThread([&] { painter_->prewarmKeystrokes(texts); });
+}
+
+void GpuRenderer::prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) {
+    onDeviceThread([&] { painter_->prewarmCaptions(lines, style); });
 }
 
 int GpuRenderer::textureAllocations() const {

@@ -53,6 +53,7 @@ class GpuRenderer final : public Renderer {
 
     void loadWallpaper(const std::optional<std::filesystem::path>& file) override;
     void prewarmKeystrokes(std::span<const std::string_view> texts) override;
+    void prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) override;
 
     /// The device, as its driver calls it.
     const std::string& deviceName() const { return deviceName_; }

@@ -21,7 +21,11 @@ struct OverlayRaster {
 constexpr double rasterScale = 2;
 
 /// Draws on a clear picture of `size` points, `scale` pixels to the point; the painter works in points,
-/// origin top left. Nothing, and a line in the log, when a side is outside 1 to 16384 pixels.
+/// origin top left. Nothing, and a line in the log, when a side is outside 1 to 16384 pixels or
+/// there is no memory for it.
 std::optional<OverlayRaster> drawRaster(Size size, double scale, const std::function<void(QPainter&)>& draw);
+
+/// Says in the log that a renderer had no memory for a raster of this many pixels.
+void logRasterNotKept(int width, int height);
 
 }  // namespace tessaloom

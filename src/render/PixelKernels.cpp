@@ -145,6 +145,53 @@ void fifthOfRow(const std::uint16_t* sums, std::uint8_t* out, std::size_t count)
         out[i] = static_cast<std::uint8_t>((sums[i] + 2) / 5);
 }
 
+// Every product loses half a unit on average, which the sum starts with.
+hn::Vec<Sums> weightedVector(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                             std::size_t i) {
+    const Sums wide;
+    auto sum = hn::Set(wide, static_cast<std::uint16_t>(taps / 2));
+    for (std::size_t tap = 0; tap < taps; ++tap)
+        sum = hn::Add(sum, hn::MulHigh(hn::LoadU(wide, rows[tap] + i), hn::Set(wide, weights[tap])));
+    return sum;
+}
+
+std::uint32_t weightedValue(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                            std::size_t i) {
+    auto sum = static_cast<std::uint32_t>(taps / 2);
+    for (std::size_t tap = 0; tap < taps; ++tap)
+        sum += (std::uint32_t{rows[tap][i]} * weights[tap]) >> 16;
+    return sum;
+}
+
+void weightedSum(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                 std::uint16_t* out, std::size_t count) {
+    const Sums wide;
+    const std::size_t step = hn::Lanes(wide);
+    std::size_t i = 0;
+    for (; i + step <= count; i += step)
+        hn::StoreU(weightedVector(rows, weights, taps, i), wide, out + i);
+    for (; i < count; ++i)
+        out[i] = static_cast<std::uint16_t>(weightedValue(rows, weights, taps, i));
+}
+
+void weightedSumToBytes(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                        std::uint8_t* out, std::size_t count) {
+    const Sums wide;
+    const Words words;
+    const Bytes narrow;
+    const std::size_t step = hn::Lanes(wide);
+    const auto half = hn::Set(wide, std::uint16_t{128});
+    std::size_t i = 0;
+    for (; i + step <= count; i += step) {
+        const auto sum = weightedVector(rows, weights, taps, i);
+        const auto rounded = hn::ShiftRight<8>(hn::SaturatedAdd(sum, half));
+        hn::StoreU(hn::DemoteTo(narrow, hn::BitCast(words, rounded)), narrow, out + i);
+    }
+    for (; i < count; ++i)
+        out[i] =
+            static_cast<std::uint8_t>(std::min((weightedValue(rows, weights, taps, i) + 128) >> 8, 255U));
+}
+
 }  // namespace
 }  // namespace tessaloom::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -156,6 +203,8 @@ HWY_EXPORT(mixRows);
 HWY_EXPORT(resampleRow);
 HWY_EXPORT(addRow);
 HWY_EXPORT(fifthOfRow);
+HWY_EXPORT(weightedSum);
+HWY_EXPORT(weightedSumToBytes);
 
 void PixelKernels::mixRows(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight,
                            std::uint8_t* out, std::size_t bytes) {
@@ -173,6 +222,16 @@ void PixelKernels::addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::s
 
 void PixelKernels::fifthOfRow(const std::uint16_t* sums, std::uint8_t* out, std::size_t count) {
     HWY_DYNAMIC_DISPATCH(fifthOfRow)(sums, out, count);
+}
+
+void PixelKernels::weightedSum(const std::uint16_t* const* rows, const std::uint16_t* weights,
+                               std::size_t taps, std::uint16_t* out, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(weightedSum)(rows, weights, taps, out, count);
+}
+
+void PixelKernels::weightedSumToBytes(const std::uint16_t* const* rows, const std::uint16_t* weights,
+                                      std::size_t taps, std::uint8_t* out, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(weightedSumToBytes)(rows, weights, taps, out, count);
 }
 
 }  // namespace tessaloom

@@ -27,4 +27,13 @@ void addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::size_t count);
 /// out[i] = a fifth of sums[i], rounded; sums are at most 5 * 255.
 void fifthOfRow(const std::uint16_t* sums, std::uint8_t* out, std::size_t count);
 
+/// out[i] = the sum of rows[tap][i] * weights[tap] / 65536 over all taps, within taps / 2 of exact. The
+/// weights add up to 65536 or a little less; values are at most 255 * 256.
+void weightedSum(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                 std::uint16_t* out, std::size_t count);
+
+/// The same over 256, rounded.
+void weightedSumToBytes(const std::uint16_t* const* rows, const std::uint16_t* weights, std::size_t taps,
+                        std::uint8_t* out, std::size_t count);
+
 }  // namespace tessaloom::PixelKernels

@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "core/CaptionStyle.h"
 #include "core/CursorStyle.h"
 #include "core/Geometry.h"
 #include "media/BgraImage.h"
@@ -17,7 +18,7 @@ namespace tessaloom {
 
 /// A video frame on loan for one `render` call.
 struct SourcePicture {
-    /// Opaque. May be empty, which shows as black.
+    /// Opaque. May be empty, which for the recording shows as black.
     BgraView pixels;
     /// Another number for every other content, so that what was derived from a picture can be kept; 0 says
     /// nothing is known.
@@ -27,9 +28,14 @@ struct SourcePicture {
 /// The pictures that one frame is made from.
 struct FrameSources {
     SourcePicture recording;
-    SourcePicture camera = {};
-    SourcePicture matte = {};
+    /// Without it there is no camera bubble.
+    SourcePicture camera{};
+    /// White where the camera shows a person, black behind; without it the camera is not blurred.
+    SourcePicture matte{};
 };
+
+/// Key labels and captions fainter than this are not drawn.
+constexpr float leastChipAlpha = 0.001F;
 
 /// Draws composed frames. It never decides what a frame shows: that is FrameComposer's. One task at a time
 /// may use it. Text and cursors are drawn by Qt, so the first needs a QGuiApplication to exist.
@@ -58,6 +64,8 @@ class Renderer {
 
     /// Rasters these key labels now (main thread), so that no frame has to wait for it.
     virtual void prewarmKeystrokes(std::span<const std::string_view> texts) = 0;
+    /// The same for caption lines and, where they are boxed, their words.
+    virtual void prewarmCaptions(std::span<const std::string_view> lines, const CaptionStyle& style) = 0;
 };
 
 }  // namespace tessaloom

@@ -53,6 +53,7 @@ class PlainRenderer final : public Renderer {
     Point cursorHotspot() const override { return {0, 0}; }
     void loadWallpaper(const std::optional<fs::path>&) override {}
     void prewarmKeystrokes(std::span<const std::string_view>) override {}
+    void prewarmCaptions(std::span<const std::string_view>, const CaptionStyle&) override {}
 
   private:
     int& drawn_;
