@@ -82,4 +82,25 @@ RippleUniforms randomRipple(Chance& chance, const CompositeUniforms& composite) 
             contentRect(composite)};
 }
 
+WebcamUniforms randomWebcam(Chance& chance, const CompositeUniforms& composite) {
+    const float size = chance.between(4, 150);
+    Float4 border = randomColor(chance);
+    border.w = chance.oneIn(3) ? chance.between(0, 0.5F) : chance.between(0.5F, 0.1F * size + 1);
+    return {randomQuad(chance, composite, size),
+            {static_cast<float>(chance.whole(0, 2)), chance.between(0, 0.5F) * size,
+             static_cast<float>(chance.whole(0, 1)), std::max(size * 0.08F, 6.0F)},
+            {composite.a.x, composite.a.y, chance.oneIn(2) ? 1 : chance.between(0.004F, 1), 0.45F},
+            border,
+            {chance.oneIn(2) ? 0 : chance.between(0, 1), 0, 0, 0}};
+}
+
+RoundedRectUniforms randomRoundedRect(Chance& chance, const CompositeUniforms& composite) {
+    Float4 color = randomColor(chance);
+    color.w = chance.between(0, 1);
+    const float size = chance.between(1, 150);
+    return {randomQuad(chance, composite, size),
+            color,
+            {composite.a.x, composite.a.y, chance.between(0, size), chance.between(0, 1)}};
+}
+
 }  // namespace tessaloom::test

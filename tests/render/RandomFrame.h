@@ -32,4 +32,8 @@ CompositeUniforms randomComposite(Chance& chance, int width, int height, float s
 CursorUniforms randomCursor(Chance& chance, const CompositeUniforms& composite);
 RippleUniforms randomRipple(Chance& chance, const CompositeUniforms& composite);
 
+/// Anywhere on the canvas of `composite` or partly off it.
+WebcamUniforms randomWebcam(Chance& chance, const CompositeUniforms& composite);
+RoundedRectUniforms randomRoundedRect(Chance& chance, const CompositeUniforms& composite);
+
 }  // namespace tessaloom::test

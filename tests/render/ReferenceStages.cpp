@@ -195,6 +195,46 @@ void referenceCursor(ReferenceCanvas& canvas, const CursorUniforms& cursor, Bgra
     });
 }
 
+void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, BgraView camera, BgraView matte,
+                     BgraView blurred) {
+    const Vec origin{webcam.rect.x, webcam.rect.y};
+    const Vec size{webcam.rect.z, webcam.rect.w};
+    const double shortHalf = std::min(size.x, size.y) * 0.5;
+    const double margin = webcam.params.w;
+    const double borderPx = webcam.border.w;
+    const Float4 quad{webcam.rect.x - webcam.params.w, webcam.rect.y - webcam.params.w,
+                      webcam.rect.z + 2 * webcam.params.w, webcam.rect.w + 2 * webcam.params.w};
+    forEachPixel(canvas, quad, [&](Vec px, Vec, ReferencePixel& pixel, std::size_t) {
+        const Vec fromCentre = px - (origin + size * 0.5);
+        const double dist =
+            webcam.params.x < 0.5F
+                ? std::hypot(fromCentre.x, fromCentre.y) - shortHalf
+                : boxDistance(px, origin, size, webcam.params.x < 1.5F ? shortHalf : webcam.params.y);
+        Vec cuv = coverUV((px - origin) / size, camera, size);
+        if (webcam.params.z > 0.5F) cuv.x = 1 - cuv.x;
+        ReferencePixel cam = sample(camera, cuv);
+        if (webcam.blur.x > 0.001F) cam = mix(sample(blurred, cuv), cam, sample(matte, cuv)[2] / 255);
+        const double fill = smoothstep(1, -1, dist);
+        const double ring =
+            borderPx > 0.5 ? smoothstep(-borderPx - 1, -borderPx, dist) * (1 - smoothstep(-1, 0, dist)) : 0;
+        ReferencePixel color = mix(cam, toPixel(webcam.border), ring);
+        const double shadow = (1 - fill) * (1 - smoothstep(0, margin, dist)) * webcam.meta.w;
+        const double alpha = fill + shadow * (1 - fill);
+        for (double& channel : color)
+            channel = channel * fill / std::max(alpha, 0.0001);
+        blendStraight(pixel, color, alpha * std::clamp(double(webcam.meta.z), 0.0, 1.0));
+    });
+}
+
+void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& box) {
+    const Vec size{box.rect.z, box.rect.w};
+    const double radius = std::min(double(box.meta.z), std::min(size.x, size.y) * 0.5);
+    forEachPixel(canvas, box.rect, [&](Vec px, Vec, ReferencePixel& pixel, std::size_t) {
+        const double fill = smoothstep(1, -1, boxDistance(px, {box.rect.x, box.rect.y}, size, radius));
+        blendStraight(pixel, toPixel(box.color), box.color.w * fill * box.meta.w);
+    });
+}
+
 void referenceChip(ReferenceCanvas& canvas, const ChipUniforms& chip, BgraView raster) {
     forEachPixel(canvas, chip.rect, [&](Vec, Vec uv, ReferencePixel& pixel, std::size_t) {
         const ReferencePixel color = sample(raster, uv);

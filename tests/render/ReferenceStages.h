@@ -37,6 +37,10 @@ void referenceComposite(ReferenceCanvas& canvas, const CompositeUniforms& unifor
                         BgraView wallpaper);
 void referenceRipple(ReferenceCanvas& canvas, const RippleUniforms& ripple);
 void referenceCursor(ReferenceCanvas& canvas, const CursorUniforms& cursor, BgraView image);
+/// `matte` and `blurred` stand in for what is missing, as the camera itself does.
+void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, BgraView camera, BgraView matte,
+                     BgraView blurred);
+void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& box);
 void referenceChip(ReferenceCanvas& canvas, const ChipUniforms& chip, BgraView raster);
 
 }  // namespace tessaloom::test
