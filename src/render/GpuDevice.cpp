@@ -42,6 +42,13 @@ std::unique_ptr<QVulkanInstance> makeVulkanInstance() {
     return instance;
 }
 
+/// Null when there is no Vulkan. One for all devices and for good: Qt keeps a pointer to that of the last
+/// device made and goes on using it for those before.
+QVulkanInstance* vulkanInstance() {
+    static const std::unique_ptr<QVulkanInstance> instance = makeVulkanInstance();
+    return instance.get();
+}
+
 bool drawsWhatWeNeed(const QRhi& rhi) {
     return rhi.isTextureFormatSupported(QRhiTexture::BGRA8) &&
            rhi.isTextureFormatSupported(QRhiTexture::RGBA8, QRhiTexture::RenderTarget) &&
@@ -59,27 +66,23 @@ std::unique_ptr<GpuDevice> GpuDevice::openOpenGl(QOffscreenSurface& surface) {
     QRhiGles2InitParams parameters;
     parameters.format = openGlFormat();
     parameters.fallbackSurface = &surface;
-    return usable(nullptr, QRhi::create(QRhi::OpenGLES2, &parameters));
+    return usable(QRhi::create(QRhi::OpenGLES2, &parameters));
 }
 
 std::unique_ptr<GpuDevice> GpuDevice::openVulkan() {
-    auto instance = makeVulkanInstance();
-    if (!instance) return nullptr;
     QRhiVulkanInitParams parameters;
-    parameters.inst = instance.get();
-    QRhi* rhi = QRhi::create(QRhi::Vulkan, &parameters);
-    return usable(std::move(instance), rhi);
+    parameters.inst = vulkanInstance();
+    if (parameters.inst == nullptr) return nullptr;
+    return usable(QRhi::create(QRhi::Vulkan, &parameters));
 }
 
-std::unique_ptr<GpuDevice> GpuDevice::usable(std::unique_ptr<QVulkanInstance> instance, QRhi* rhi) {
-    if (rhi == nullptr) return nullptr;
-    std::unique_ptr<GpuDevice> device(new GpuDevice(std::move(instance), rhi));
-    if (!drawsWhatWeNeed(*rhi)) return nullptr;
-    return device;
+std::unique_ptr<GpuDevice> GpuDevice::usable(QRhi* created) {
+    std::unique_ptr<QRhi> rhi(created);
+    if (!rhi || !drawsWhatWeNeed(*rhi)) return nullptr;
+    return std::unique_ptr<GpuDevice>(new GpuDevice(std::move(rhi)));
 }
 
-GpuDevice::GpuDevice(std::unique_ptr<QVulkanInstance> instance, QRhi* rhi)
-    : instance_(std::move(instance)), rhi_(rhi) {}
+GpuDevice::GpuDevice(std::unique_ptr<QRhi> rhi) : rhi_(std::move(rhi)) {}
 
 std::string GpuDevice::name() const {
     return rhi_->driverInfo().deviceName.toStdString();

@@ -4,7 +4,6 @@
 #include <QtGui/private/qrhi_p.h>
 
 #include <QOffscreenSurface>
-#include <QVulkanInstance>
 #include <memory>
 #include <string>
 
@@ -38,10 +37,9 @@ class GpuDevice {
     void countTextureAllocation() { ++textureAllocations_; }
 
   private:
-    GpuDevice(std::unique_ptr<QVulkanInstance> instance, QRhi* rhi);
-    static std::unique_ptr<GpuDevice> usable(std::unique_ptr<QVulkanInstance> instance, QRhi* rhi);
+    explicit GpuDevice(std::unique_ptr<QRhi> rhi);
+    static std::unique_ptr<GpuDevice> usable(QRhi* created);
 
-    std::unique_ptr<QVulkanInstance> instance_;
     std::unique_ptr<QRhi> rhi_;
     int textureAllocations_ = 0;
 };

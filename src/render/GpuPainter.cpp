@@ -64,9 +64,12 @@ bool GpuPainter::draw(const FrameComposer::Frame& frame, const FrameSources& sou
     draws_.clear();
     inputs_.clear();
     blursNow_ = false;
-    if (!canvas_.resize(canvas)) return false;
-    if (stages_.pipeline(GpuStage::composite) != nullptr && !prepare(frame, sources)) return false;
-    return inputs_.upload(uploads()) && submit();
+    const bool hasComposite = stages_.pipeline(GpuStage::composite) != nullptr;
+    const bool drawn = canvas_.resize(canvas) && (!hasComposite || prepare(frame, sources)) &&
+                       inputs_.upload(uploads()) && submit();
+    // The pictures are here no longer than this call, and count as uploaded from now on.
+    if (!drawn) uploadNow();
+    return drawn;
 }
 
 bool GpuPainter::prepare(const FrameComposer::Frame& frame, const FrameSources& sources) {
@@ -204,9 +207,11 @@ QRhiResourceUpdateBatch& GpuPainter::uploads() {
 }
 
 void GpuPainter::uploadNow() {
+    QRhiResourceUpdateBatch* const waiting = std::exchange(uploads_, nullptr);
+    if (waiting == nullptr) return;
     QRhiCommandBuffer* commands = nullptr;
-    if (uploads_ == nullptr || device_->rhi().beginOffscreenFrame(&commands) != QRhi::FrameOpSuccess) return;
-    commands->resourceUpdate(std::exchange(uploads_, nullptr));
+    if (device_->rhi().beginOffscreenFrame(&commands) != QRhi::FrameOpSuccess) return waiting->release();
+    commands->resourceUpdate(waiting);
     device_->rhi().endOffscreenFrame();
 }
 

@@ -71,6 +71,7 @@ class GpuPainter {
     std::optional<GpuPicture> makePicture(BgraImage pixels);
     /// What the next frame begins with.
     QRhiResourceUpdateBatch& uploads();
+    /// Leaves nothing waiting for the next frame.
     void uploadNow();
 
     std::unique_ptr<GpuDevice> device_;
