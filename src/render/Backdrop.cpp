@@ -8,6 +8,8 @@
 #include <functional>
 #include <utility>
 
+#include "render/CoverFit.h"
+
 namespace tessaloom {
 namespace {
 
@@ -25,16 +27,6 @@ std::uint8_t toByte(double value) {
 std::array<std::uint8_t, 4> toPixel(const Float4& from, const Float4& to, double t) {
     const auto mixed = [t](float a, float b) { return toByte(a + (static_cast<double>(b) - a) * t); };
     return {mixed(from.z, to.z), mixed(from.y, to.y), mixed(from.x, to.x), mixed(from.w, to.w)};
-}
-
-// Fills the canvas with the picture's middle, cutting what is too long, never stretching.
-std::pair<AxisMapping, AxisMapping> coverFit(BgraView picture, double canvasWidth, double canvasHeight) {
-    const double pictureAspect = static_cast<double>(picture.width) / picture.height;
-    const double canvasAspect = canvasWidth / canvasHeight;
-    const double shownWidth = canvasAspect > pictureAspect ? 1 : canvasAspect / pictureAspect;
-    const double shownHeight = canvasAspect > pictureAspect ? pictureAspect / canvasAspect : 1;
-    return {{0, canvasWidth, 0.5 - shownWidth * 0.5, shownWidth},
-            {0, canvasHeight, 0.5 - shownHeight * 0.5, shownHeight}};
 }
 
 }  // namespace
@@ -67,7 +59,7 @@ void Backdrop::prepare(const CompositeUniforms& uniforms, const ContentMask& mas
 void Backdrop::preparePicture(const Pictures& pictures) {
     const BgraView picture = showsRecording() ? pictures.recording : pictures.wallpaper;
     const double radius = (showsRecording() ? recordingBlur : 0) + static_cast<double>(look_.d.y) * fullBlur;
-    const auto [across, down] = coverFit(picture, look_.a.x, look_.a.y);
+    const auto [across, down] = coverFit(picture, {0, 0, look_.a.x, look_.a.y});
     const PixelSpan columns{0, image_.width()};
     blurs_ = radius > leastBlur;
     if (blurs_) {

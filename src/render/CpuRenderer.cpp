@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "media/ColorConversion.h"
+#include "render/CaptionDrawing.h"
 #include "render/KeystrokeDrawing.h"
 #include "render/PictureFile.h"
 #include "render/RippleStage.h"
@@ -17,10 +18,6 @@ namespace {
 
 /// Even, as a YUV picture needs it.
 constexpr int bandHeight = 16;
-
-Rect toRect(const Float4& value) {
-    return {value.x, value.y, value.z, value.w};
-}
 
 BgraImage blackPixel() {
     BgraImage pixel(1, 1);
@@ -69,7 +66,9 @@ void CpuRenderer::prepare(const FrameComposer::Frame& frame, const FrameSources&
                           CanvasExtent canvas) {
     prepareComposite(frame.uniforms, sources.recording);
     prepareCursor(frame.cursor, canvas);
+    prepareWebcam(frame.webcam, sources, canvas);
     prepareKeystroke(frame.keystroke, canvas);
+    prepareCaption(frame, canvas);
 }
 
 void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch,
@@ -78,7 +77,12 @@ void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, RowScratch& 
     for (const RippleUniforms& ripple : frame.ripples)
         drawRippleRow(ripple, y, static_cast<int>(frame.uniforms.a.x), row);
     cursorStage_.drawRow(y, scratch, row);
+    webcam_.drawRow(y, scratch, row);
     keystrokeStage_.drawRow(y, scratch, row);
+    captionPlate_.drawRow(y, row);
+    captionUnderline_.drawRow(y, row);
+    captionText_.drawRow(y, scratch, row);
+    captionWord_.drawRow(y, scratch, row);
 }
 
 void CpuRenderer::prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording) {
@@ -97,15 +101,53 @@ void CpuRenderer::prepareCursor(const std::optional<CursorUniforms>& cursor, Can
                    {toRect(cursor->rect), cursor->meta.w, content}, canvas);
 }
 
+void CpuRenderer::prepareWebcam(const std::optional<WebcamUniforms>& webcam, const FrameSources& sources,
+                                CanvasExtent canvas) {
+    webcam_.clear();
+    if (!webcam || sources.camera.pixels.empty()) return;
+    growScratch(std::max(sources.camera.pixels.width + 2, sources.matte.pixels.width), canvas.width);
+    webcam_.prepare(*webcam, sources.camera, sources.matte, canvas.width, canvas.height, pool_);
+}
+
 void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas) {
     keystrokeStage_.clear();
     if (!chip || chip->alpha <= leastChipAlpha) return;
     const auto* raster = texts_.keystroke(chip->text);
     if (raster == nullptr) return;
-    const ChipUniforms drawing = keystrokeDrawing(*chip, raster->pixels, static_cast<float>(canvas.width),
-                                                  static_cast<float>(canvas.height));
-    prepareOverlay(keystrokeStage_, raster->picture.forWidth(drawing.rect.z),
-                   {toRect(drawing.rect), chip->alpha, {}}, canvas);
+    prepareChip(keystrokeStage_, raster->picture,
+                keystrokeDrawing(*chip, raster->pixels, static_cast<float>(canvas.width),
+                                 static_cast<float>(canvas.height)),
+                canvas);
+}
+
+void CpuRenderer::prepareCaption(const FrameComposer::Frame& frame, CanvasExtent canvas) {
+    captionPlate_.clear();
+    captionUnderline_.clear();
+    captionText_.clear();
+    captionWord_.clear();
+    if (!frame.caption || frame.caption->alpha <= leastChipAlpha) return;
+    const CaptionChip& chip = *frame.caption;
+    const auto* line = texts_.captionLine(chip.text, chip.colorHex, chip.uppercase);
+    if (line == nullptr) return;
+    const CaptionDrawing drawing = captionDrawing(chip, line->layout, static_cast<float>(canvas.width),
+                                                  static_cast<float>(canvas.height), frame.webcamKeepOut);
+    prepareRoundedRect(captionPlate_, drawing.plate, canvas);
+    prepareRoundedRect(captionUnderline_, drawing.underline, canvas);
+    prepareChip(captionText_, line->picture, drawing.text, canvas);
+    if (!drawing.boxedWord) return;
+    const auto* word = texts_.wordChip(drawing.boxedWord->word, chip.highlightHex, chip.uppercase);
+    if (word != nullptr) prepareChip(captionWord_, word->picture, drawing.boxedWord->chip, canvas);
+}
+
+void CpuRenderer::prepareRoundedRect(RoundedRectStage& stage,
+                                     const std::optional<RoundedRectUniforms>& uniforms,
+                                     CanvasExtent canvas) {
+    if (uniforms) stage.prepare(*uniforms, canvas.width, canvas.height);
+}
+
+void CpuRenderer::prepareChip(PictureStage& stage, const PictureLevels& raster, const ChipUniforms& chip,
+                              CanvasExtent canvas) {
+    prepareOverlay(stage, raster.forWidth(chip.rect.z), {toRect(chip.rect), chip.meta.z, {}}, canvas);
 }
 
 void CpuRenderer::prepareOverlay(PictureStage& stage, BgraView picture,

@@ -10,7 +10,9 @@
 #include "render/PictureLevels.h"
 #include "render/PictureStage.h"
 #include "render/Renderer.h"
+#include "render/RoundedRectStage.h"
 #include "render/TextRasters.h"
+#include "render/WebcamStage.h"
 
 namespace tessaloom {
 
@@ -51,6 +53,13 @@ class CpuRenderer final : public Renderer {
     void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
     void prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas);
     void prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas);
+    void prepareWebcam(const std::optional<WebcamUniforms>& webcam, const FrameSources& sources,
+                       CanvasExtent canvas);
+    void prepareCaption(const FrameComposer::Frame& frame, CanvasExtent canvas);
+    void prepareRoundedRect(RoundedRectStage& stage, const std::optional<RoundedRectUniforms>& uniforms,
+                            CanvasExtent canvas);
+    void prepareChip(PictureStage& stage, const PictureLevels& raster, const ChipUniforms& chip,
+                     CanvasExtent canvas);
     void prepareOverlay(PictureStage& stage, BgraView picture, const PictureStage::Placement& placement,
                         CanvasExtent canvas);
     void growScratch(int pictureWidth, int canvasWidth);
@@ -68,7 +77,12 @@ class CpuRenderer final : public Renderer {
 
     CompositeStage composite_;
     PictureStage cursorStage_;
+    WebcamStage webcam_;
     PictureStage keystrokeStage_;
+    RoundedRectStage captionPlate_;
+    RoundedRectStage captionUnderline_;
+    PictureStage captionText_;
+    PictureStage captionWord_;
     WorkerPool pool_;
     std::vector<RowScratch> scratch_;
     /// One per participant: a band on its way into a YUV picture.

@@ -11,8 +11,8 @@
 namespace tessaloom {
 namespace {
 
-/// Cells are no wider than this part of sigma, so that reading between them bilinearly stays accurate.
-constexpr double sigmaPerStep = 1.5;
+/// At least so many steps make a sigma, so that reading between them bilinearly stays accurate.
+constexpr double sigmaPerStep = 2.5;
 /// So many bytes still add up in 16 bits.
 constexpr int largestStep = 128;
 /// The kernel reaches so many sigmas out.

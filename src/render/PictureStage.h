@@ -36,7 +36,7 @@ class PictureStage {
     PixelSpan columns_;
     std::optional<RoundedBox> clip_;
     /// 0 to 256.
-    std::uint32_t opacity_ = 0;
+    std::uint16_t opacity_ = 0;
     PictureReader reader_;
 };
 

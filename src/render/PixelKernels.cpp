@@ -115,6 +115,91 @@ void resampleRow(const std::uint8_t* source, const std::int32_t* columns, const 
     }
 }
 
+// In 1/256 levels. t * 257 * keep / 65536 is t * keep / 255 but for a trifle that rounding takes away.
+std::uint8_t overByte(std::uint32_t source, std::uint32_t alpha, std::uint32_t opacity,
+                      std::uint32_t target) {
+    const std::uint32_t below = (target * 257 * (255 * 256 - alpha * opacity)) >> 16;
+    return static_cast<std::uint8_t>(std::min((source * opacity + below + 128) >> 8, 255U));
+}
+
+#if HWY_TARGET != HWY_SCALAR
+// The highest 16 bits of each lane, in all four of its quarters.
+template <class Vector>
+Vector spreadAlpha(Vector pixels) {
+    const auto alpha = hn::ShiftRight<48>(pixels);
+    const auto twice = hn::Or(alpha, hn::ShiftLeft<16>(alpha));
+    return hn::Or(twice, hn::ShiftLeft<32>(twice));
+}
+
+// As many whole vectors as there are; returns the count of bytes done.
+std::size_t blendWhole(const std::uint8_t* source, std::uint16_t opacity, std::uint8_t* target,
+                       std::size_t count) {
+    const Sums wide;
+    const Words words;
+    const Bytes narrow;
+    const hn::Repartition<std::uint64_t, Sums> whole;
+    const std::size_t step = hn::Lanes(wide);
+    const auto scale = hn::Set(wide, opacity);
+    const auto all = hn::Set(wide, std::uint16_t{255 * 256});
+    std::size_t i = 0;
+    for (; i + step <= count; i += step) {
+        const auto over = hn::Mul(hn::PromoteTo(wide, hn::LoadU(narrow, source + i)), scale);
+        const auto alpha = hn::BitCast(wide, spreadAlpha(hn::BitCast(whole, over)));
+        const auto below =
+            hn::Mul(hn::PromoteTo(wide, hn::LoadU(narrow, target + i)), hn::Set(wide, std::uint16_t{257}));
+        const auto sum = hn::SaturatedAdd(over, hn::MulHigh(below, hn::Sub(all, alpha)));
+        const auto rounded = hn::ShiftRight<8>(hn::SaturatedAdd(sum, hn::Set(wide, std::uint16_t{128})));
+        hn::StoreU(hn::DemoteTo(narrow, hn::BitCast(words, rounded)), narrow, target + i);
+    }
+    return i;
+}
+#else
+std::size_t blendWhole(const std::uint8_t*, std::uint16_t, std::uint8_t*, std::size_t) {
+    return 0;
+}
+#endif
+
+void blendOver(const std::uint8_t* source, std::uint16_t opacity, std::uint8_t* target, std::size_t pixels) {
+    const std::size_t count = pixels * 4;
+    for (std::size_t i = blendWhole(source, opacity, target, count); i < count; ++i)
+        target[i] = overByte(source[i], source[i | 3], opacity, target[i]);
+}
+
+void mixColor(const std::uint8_t* pixel, std::int16_t weight, std::uint8_t* target, std::size_t pixels) {
+    const Words words;
+    const Bytes bytes;
+    const std::size_t step = hn::Lanes(words);
+    const std::size_t count = pixels * 4;
+    alignas(64) std::array<std::uint8_t, 64> repeated;
+    for (std::size_t i = 0; i < repeated.size(); ++i)
+        repeated[i] = pixel[i % 4];
+    const auto weights = hn::Set(words, weight);
+    std::size_t i = 0;
+    for (; i + step <= count; i += step) {
+        const auto from = hn::PromoteTo(words, hn::LoadU(bytes, target + i));
+        // A vector of less than a pixel goes through its channels.
+        const auto color = hn::PromoteTo(words, hn::LoadU(bytes, repeated.data() + i % 4));
+        const auto mixed = hn::Add(from, hn::MulFixedPoint15(hn::Sub(color, from), weights));
+        hn::StoreU(hn::DemoteTo(bytes, mixed), bytes, target + i);
+    }
+    for (; i < count; ++i)
+        target[i] = mixByte(target[i], pixel[i % 4], weight);
+}
+
+void mixByMatte(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* matte, std::uint8_t* out,
+                std::size_t pixels) {
+    constexpr std::size_t runLength = 64;
+    alignas(64) std::array<std::int16_t, runLength * 4> weights;
+    for (std::size_t start = 0; start < pixels; start += runLength) {
+        const std::size_t run = std::min(runLength, pixels - start);
+        for (std::size_t i = 0; i < run; ++i) {
+            const int person = matte[(start + i) * 4 + 2];
+            std::fill_n(weights.data() + i * 4, 4, static_cast<std::int16_t>(person << 7 | person >> 1));
+        }
+        mixPixels(a + start * 4, b + start * 4, weights.data(), out + start * 4, run * 4);
+    }
+}
+
 void addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::size_t count) {
     const Sums wide;
     const Bytes narrow;
@@ -201,6 +286,9 @@ namespace tessaloom {
 
 HWY_EXPORT(mixRows);
 HWY_EXPORT(resampleRow);
+HWY_EXPORT(blendOver);
+HWY_EXPORT(mixColor);
+HWY_EXPORT(mixByMatte);
 HWY_EXPORT(addRow);
 HWY_EXPORT(fifthOfRow);
 HWY_EXPORT(weightedSum);
@@ -214,6 +302,21 @@ void PixelKernels::mixRows(const std::uint8_t* a, const std::uint8_t* b, std::in
 void PixelKernels::resampleRow(const std::uint8_t* source, const std::int32_t* columns,
                                const std::int16_t* weights, std::uint8_t* out, std::size_t pixels) {
     HWY_DYNAMIC_DISPATCH(resampleRow)(source, columns, weights, out, pixels);
+}
+
+void PixelKernels::blendOver(const std::uint8_t* source, std::uint16_t opacity, std::uint8_t* target,
+                             std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(blendOver)(source, opacity, target, pixels);
+}
+
+void PixelKernels::mixColor(const std::uint8_t* pixel, std::int16_t weight, std::uint8_t* target,
+                            std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(mixColor)(pixel, weight, target, pixels);
+}
+
+void PixelKernels::mixByMatte(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* matte,
+                              std::uint8_t* out, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(mixByMatte)(a, b, matte, out, pixels);
 }
 
 void PixelKernels::addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::size_t count) {

@@ -21,6 +21,16 @@ void mixRows(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight, 
 void resampleRow(const std::uint8_t* source, const std::int32_t* columns, const std::int16_t* weights,
                  std::uint8_t* out, std::size_t pixels);
 
+/// Lays a premultiplied row, all of it scaled by `opacity` (0 to 256), over an opaque one; within a level.
+void blendOver(const std::uint8_t* source, std::uint16_t opacity, std::uint8_t* target, std::size_t pixels);
+
+/// Mixes one pixel, four bytes, into a row with one weight.
+void mixColor(const std::uint8_t* pixel, std::int16_t weight, std::uint8_t* target, std::size_t pixels);
+
+/// Mixes two rows of pixels: `b` where the red of `matte` is 255, `a` where it is 0.
+void mixByMatte(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* matte, std::uint8_t* out,
+                std::size_t pixels);
+
 /// sums[i] += bytes[i].
 void addRow(const std::uint8_t* bytes, std::uint16_t* sums, std::size_t count);
 

@@ -30,4 +30,28 @@ inline PixelSpan pixelsBetween(double start, double end, int limit) {
     return {firstAtOrAfter(start), firstAtOrAfter(end)};
 }
 
+/// The furthest pixel from `inside` towards `end` for which `holds`, when it holds up to some pixel and not
+/// after.
+template <class Predicate>
+int furthestWhere(int inside, int end, Predicate holds) {
+    while (inside != end) {
+        const int towardsEnd = end > inside ? 1 : -1;
+        const int middle = inside + (end - inside + towardsEnd) / 2;
+        if (holds(middle)) {
+            inside = middle;
+        } else {
+            end = middle - towardsEnd;
+        }
+    }
+    return inside;
+}
+
+/// The pixels of 0 to `width` for which `holds`, when it holds from some pixel to some other around `middle`.
+template <class Predicate>
+PixelSpan spanAround(double middle, int width, Predicate holds) {
+    const int inside = static_cast<int>(std::clamp(std::floor(middle), 0.0, width - 1.0));
+    if (!holds(inside)) return {};
+    return {furthestWhere(inside, 0, holds), furthestWhere(inside, width - 1, holds) + 1};
+}
+
 }  // namespace tessaloom

@@ -13,10 +13,6 @@ namespace {
 /// Of the quad's half width.
 constexpr double ringThickness = 0.16;
 
-Rect toRect(const Float4& value) {
-    return {value.x, value.y, value.z, value.w};
-}
-
 // The ring's alpha at distance `d` from the middle, 1 being the quad's edge.
 double ringAlpha(const RippleUniforms& ripple, double d) {
     const double age = ripple.params.x;

@@ -11,22 +11,6 @@ double fourthPower(double value) {
     return value * value * value * value;
 }
 
-// The furthest pixel from `inside` towards `end` for which `holds`, when it holds up to some pixel and not
-// after.
-template <class Predicate>
-int furthestWhere(int inside, int end, Predicate holds) {
-    while (inside != end) {
-        const int towardsEnd = end > inside ? 1 : -1;
-        const int middle = inside + (end - inside + towardsEnd) / 2;
-        if (holds(middle)) {
-            inside = middle;
-        } else {
-            end = middle - towardsEnd;
-        }
-    }
-    return inside;
-}
-
 }  // namespace
 
 double RoundedBox::distance(double x, double y) const {
@@ -37,10 +21,7 @@ double RoundedBox::distance(double x, double y) const {
 }
 
 PixelSpan RoundedBox::rowSpan(int y, double limit, int width) const {
-    const auto within = [&](int x) { return distance(x + 0.5, y + 0.5) <= limit; };
-    const int middle = static_cast<int>(std::clamp(std::floor(rect.midX()), 0.0, width - 1.0));
-    if (!within(middle)) return {};
-    return {furthestWhere(middle, 0, within), furthestWhere(middle, width - 1, within) + 1};
+    return spanAround(rect.midX(), width, [&](int x) { return distance(x + 0.5, y + 0.5) <= limit; });
 }
 
 double hermiteStep(double edge0, double edge1, double x) {

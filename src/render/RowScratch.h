@@ -16,6 +16,9 @@ struct RowScratch {
     std::vector<std::uint8_t> averaged;
     /// A row of the canvas.
     std::vector<std::uint8_t> canvas;
+    /// Two more rows of the canvas: a blurred picture and its matte.
+    std::vector<std::uint8_t> blurred;
+    std::vector<std::uint8_t> matte;
     std::vector<std::uint16_t> sums;
 
     /// Widths in pixels.
@@ -23,6 +26,8 @@ struct RowScratch {
         growTo(mixed, pictureWidth + 1);
         growTo(averaged, pictureWidth + 1);
         growTo(canvas, canvasWidth);
+        growTo(blurred, canvasWidth);
+        growTo(matte, canvasWidth);
         growTo(sums, pictureWidth + 1);
         growTo(sums, canvasWidth);
     }

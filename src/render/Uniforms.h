@@ -21,6 +21,10 @@ inline Float4 toFloat4(const Rect& rect) {
             static_cast<float>(rect.height)};
 }
 
+inline Rect toRect(const Float4& value) {
+    return {value.x, value.y, value.z, value.w};
+}
+
 // The records the drawing stages read, as raw memory: the order of the fields is fixed. Lengths are canvas
 // pixels, origin top left. A `rect` is (left, top, width, height).
 

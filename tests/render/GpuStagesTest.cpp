@@ -7,6 +7,7 @@
 #include <QFile>
 
 #include "render/GpuTestDevice.h"
+#include "render/LogLines.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -57,9 +58,11 @@ TEST_P(GpuStagesTest, AreAllBuiltFromIntactShaders) {
 }
 
 TEST_P(GpuStagesTest, KeepThoseBuiltBeforeTheOneThatFails) {
+    const test::LogLines log;
     EXPECT_EQ(built(shadersWithBroken("webcam.frag")),
               std::pair(Present({true, true, true, false, false, false}),
                         std::string("can't read the shader webcam.frag")));
+    EXPECT_EQ(test::LogLines::lines.last(), "Failed to build pipeline: can't read the shader webcam.frag");
 }
 
 /// All black but for a bubble and a ripple where the stages for them are.

@@ -4,30 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
-#include <QStringList>
 #include <cmath>
 
 #include "render/KeystrokeChipRaster.h"
+#include "render/LogLines.h"
 #include "support/PixelAt.h"
 
 namespace tessaloom {
 namespace {
 
-/// The log lines written while it lives.
-class LogLines {
-  public:
-    LogLines() : before_(qInstallMessageHandler(collect)) { lines.clear(); }
-    ~LogLines() { qInstallMessageHandler(before_); }
-    LogLines(const LogLines&) = delete;
-    LogLines& operator=(const LogLines&) = delete;
-
-    static inline QStringList lines;
-
-  private:
-    static void collect(QtMsgType, const QMessageLogContext&, const QString& line) { lines << line; }
-
-    QtMessageHandler before_;
-};
+using test::LogLines;
 
 std::optional<OverlayRaster> whiteRaster(Size size, double scale) {
     return drawRaster(size, scale,
@@ -78,6 +64,12 @@ TEST(OverlayRasterTest, SkipsSizesOutsideTheLimitsAndSaysSo) {
         EXPECT_EQ(whiteRaster(size, 2).has_value(), drawn);
         EXPECT_EQ(LogLines::lines, line.isNull() ? QStringList() : QStringList(line));
     }
+}
+
+TEST(OverlayRasterTest, NamesARasterThatWasNotKept) {
+    const LogLines log;
+    logRasterNotKept(20, 30);
+    EXPECT_EQ(LogLines::lines, QStringList("Raster failed: could not allocate a 20x30 texture"));
 }
 
 bool isWhite(const std::uint8_t* pixel) {
