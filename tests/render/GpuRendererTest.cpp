@@ -169,6 +169,15 @@ TEST_P(GpuRendererTest, DrawsWhatTheFormulasSay) {
     }
 }
 
+ReferenceCanvas asReference(const BgraImage& picture) {
+    ReferenceCanvas canvas(picture.width(), picture.height());
+    for (int y = 0; y < canvas.height; ++y) {
+        for (int x = 0; x < canvas.width; ++x)
+            std::copy_n(test::pixelAt(picture, x, y), 4, canvas.at(x, y).begin());
+    }
+    return canvas;
+}
+
 TEST_P(GpuRendererTest, AgreesWithTheCpu) {
     Chance chance(2);
     Pictures pictures(chance);
@@ -176,15 +185,13 @@ TEST_P(GpuRendererTest, AgreesWithTheCpu) {
     CpuRenderer cpu(1, {});
     cpu.loadWallpaper(wallpaper);
     renderer_->loadWallpaper(wallpaper);
-    for (int round = 0; round < 40; ++round) {
-        const FrameComposer::Frame frame =
-            randomFrame(chance, canvasSizes[static_cast<std::size_t>(round) % canvasSizes.size()], round % 4);
-        const BgraImage onCpu = drawn(cpu, frame, pictures.sources());
-        ReferenceCanvas expected(onCpu.width(), onCpu.height());
-        for (int y = 0; y < onCpu.height(); ++y) {
-            for (int x = 0; x < onCpu.width(); ++x)
-                std::copy_n(test::pixelAt(onCpu, x, y), 4, expected.at(x, y).begin());
-        }
+    for (int round = 0; round < 64; ++round) {
+        // Not the smallest, where a mean is that of a few roundings.
+        const CanvasSize canvas = canvasSizes[1 + static_cast<std::size_t>(round) % (canvasSizes.size() - 1)];
+        FrameComposer::Frame frame = randomFrame(chance, canvas, round / 4 % 4);
+        // Each may blur a camera in its own way, within the bounds of its own test.
+        if (frame.webcam) frame.webcam->blur.x = 0;
+        ReferenceCanvas expected = asReference(drawn(cpu, frame, pictures.sources()));
         expected.onHardEdge = referenceFrame(frame, pictures.sources(), pictures).onHardEdge;
         EXPECT_TRUE(test::matchesReference(drawn(*renderer_, frame, pictures.sources()), expected,
                                            "gpu-agrees" + std::to_string(round)));
