@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Milliseconds per frame of the CPU renderer while a zoom runs: a padded, rounded, shadowed recording with
-// cursor, ripple and key label. Arguments: canvas width, background style, threads.
+// Milliseconds per frame of the CPU renderer. A frame is a padded, rounded, shadowed recording with cursor,
+// ripple, key label and caption; some have a camera bubble too.
 #include <benchmark/benchmark.h>
 
 #include <QByteArray>
@@ -8,6 +8,7 @@
 
 #include "render/ContentGeometry.h"
 #include "render/CpuRenderer.h"
+#include "render/GaussianBlur.h"
 
 namespace tessaloom {
 namespace {
@@ -50,7 +51,24 @@ FrameComposer::Frame typicalFrame(int width, int height, float style, const Rend
     frame.ripples.push_back(
         {{x - radius, y - radius, 2 * radius, 2 * radius}, {0.5F, 0, 0, 0}, {1, 1, 1, 0.55F}, meta, rect});
     frame.keystroke = KeystrokeChip{"⇧⌘K", 1};
+    frame.caption.emplace();
+    frame.caption->text = "This is a line of caption as people speak it";
+    frame.caption->alpha = 1;
+    frame.caption->activeWord = 3;
     return frame;
+}
+
+WebcamUniforms typicalBubble(int width, int height, float blur) {
+    const auto canvasWidth = static_cast<float>(width);
+    const auto canvasHeight = static_cast<float>(height);
+    const float base = canvasWidth * 0.2F;
+    WebcamUniforms webcam;
+    webcam.rect = {canvasWidth * 0.75F, canvasHeight * 0.55F, base, base};
+    webcam.params = {0, base * 0.5F, 1, base * 0.08F};
+    webcam.meta = {canvasWidth, canvasHeight, 1, 0.45F};
+    webcam.border = {1, 1, 1, base * 0.02F};
+    webcam.blur.x = blur;
+    return webcam;
 }
 
 void drawZoomingFrame(benchmark::State& state) {
@@ -70,6 +88,54 @@ void drawZoomingFrame(benchmark::State& state) {
 BENCHMARK(drawZoomingFrame)
     ->ArgNames({"width", "style", "threads"})
     ->ArgsProduct({{1920, 3840}, {1, 3}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+// A still scene; only what the layer says is drawn on the backdrop of a single colour.
+enum class Layer { none, cursor, ripple, keystroke, caption, webcam, blurredWebcam };
+
+void drawLayer(benchmark::State& state) {
+    const int width = static_cast<int>(state.range(0));
+    const int height = width * 9 / 16;
+    const auto layer = static_cast<Layer>(state.range(1));
+    const BgraImage camera = noise(1280, 720);
+    const BgraImage matte = noise(256, 144);
+    CpuRenderer renderer(1);
+    FrameComposer::Frame frame = typicalFrame(width, height, 0, renderer);
+    frame.uniforms.b.x = frame.uniforms.b.y = 0;
+    if (layer != Layer::cursor) frame.cursor.reset();
+    if (layer != Layer::ripple) frame.ripples.clear();
+    if (layer != Layer::keystroke) frame.keystroke.reset();
+    if (layer != Layer::caption) frame.caption.reset();
+    if (layer >= Layer::webcam) {
+        frame.webcam = typicalBubble(width, height, layer == Layer::blurredWebcam ? 0.5F : 0);
+    }
+    BgraImage target(width, height);
+    std::uint64_t identity = 0;
+    while (state.KeepRunning()) {
+        const SourcePicture picture{camera.view(), ++identity};
+        renderer.render(frame, {{}, picture, {matte.view(), identity}}, target);
+    }
+}
+
+BENCHMARK(drawLayer)
+    ->ArgNames({"width", "layer"})
+    ->ArgsProduct({{1920, 3840}, {0, 1, 2, 3, 4, 5, 6}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+void blurCamera(benchmark::State& state) {
+    const int width = static_cast<int>(state.range(0));
+    const BgraImage camera = noise(width, width * 9 / 16);
+    WorkerPool pool(1);
+    GaussianBlur blur;
+    while (state.KeepRunning())
+        blur.blur(camera.view(), static_cast<double>(state.range(1)), pool);
+}
+
+BENCHMARK(blurCamera)
+    ->ArgNames({"width", "sigma"})
+    ->ArgsProduct({{1280, 1920}, {1, 5, 6, 20, 45}})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

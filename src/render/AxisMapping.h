@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "render/PixelKernels.h"
 
@@ -24,9 +25,14 @@ struct AxisMapping {
     double size = 0;
     double shownOrigin = 0;
     double shownSize = 1;
+    /// Fractions beyond these are read as if they were these.
+    double least = -std::numeric_limits<double>::infinity();
+    double greatest = std::numeric_limits<double>::infinity();
 
     /// The fraction of the picture at the centre of a canvas pixel.
-    double fractionAt(int pixel) const { return shownOrigin + (pixel + 0.5 - origin) / size * shownSize; }
+    double fractionAt(int pixel) const {
+        return std::clamp(shownOrigin + (pixel + 0.5 - origin) / size * shownSize, least, greatest);
+    }
 
     bool operator==(const AxisMapping&) const = default;
 };

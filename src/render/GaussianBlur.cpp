@@ -12,7 +12,7 @@ namespace tessaloom {
 namespace {
 
 /// At least so many steps make a sigma, so that reading between them bilinearly stays accurate.
-constexpr double sigmaPerStep = 2.5;
+constexpr double sigmaPerStep = 3;
 /// So many bytes still add up in 16 bits.
 constexpr int largestStep = 128;
 /// The kernel reaches so many sigmas out.
@@ -21,10 +21,13 @@ constexpr int bandHeight = 4;
 
 }  // namespace
 
+// The picture ends at the centres of its outermost pixels; the cell beyond is there to read up to them.
 AxisMapping GaussianBlur::Axis::reduced(AxisMapping mapping, int step) const {
-    const double cellsPerPicture = static_cast<double>(length) / step;
-    mapping.shownOrigin = (mapping.shownOrigin * cellsPerPicture + 1) / (cells + 2);
-    mapping.shownSize = mapping.shownSize * cellsPerPicture / (cells + 2);
+    const auto atPixel = [&](double position) { return (position / step + 1) / (cells + 2); };
+    mapping.shownSize *= atPixel(length) - atPixel(0);
+    mapping.shownOrigin = atPixel(mapping.shownOrigin * length);
+    mapping.least = atPixel(0.5);
+    mapping.greatest = atPixel(length - 0.5);
     return mapping;
 }
 

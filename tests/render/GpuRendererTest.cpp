@@ -13,7 +13,6 @@
 #include "render/GpuTestDevice.h"
 #include "render/KeystrokeDrawing.h"
 #include "render/RandomFrame.h"
-#include "render/ReferenceBlur.h"
 #include "render/ReferenceComparison.h"
 #include "render/TextRasters.h"
 #include "support/PictureFiles.h"
@@ -57,11 +56,11 @@ void referenceBubble(ReferenceCanvas& canvas, const WebcamUniforms& webcam, cons
     if (camera.empty()) return;
     const BgraView matte = sources.matte.pixels;
     if (matte.empty() || webcam.blur.x <= 0.001F) {
-        return referenceWebcam(canvas, webcam, camera, camera, camera);
+        return referenceWebcam(canvas, webcam, {camera, {}, {}});
     }
     const double sigma = std::max(double(webcam.blur.x) * camera.width * 0.035, 1.0);
-    const BgraImage blurred = rounded(test::referenceBlur(camera, sigma));
-    referenceWebcam(canvas, webcam, camera, matte, blurred.view());
+    const BgraImage blurred = test::referenceBlur(camera, sigma);
+    referenceWebcam(canvas, webcam, {camera, matte, blurred.view()});
 }
 
 void referenceCaption(ReferenceCanvas& canvas, const FrameComposer::Frame& frame, Pictures& pictures) {
@@ -114,7 +113,7 @@ FrameComposer::Frame randomFrame(Chance& chance, CanvasSize canvas, int style) {
     for (int count = chance.whole(0, 2); count > 0; --count)
         frame.ripples.push_back(randomRipple(chance, frame.uniforms));
     if (chance.oneIn(2)) frame.cursor = randomCursor(chance, frame.uniforms);
-    if (chance.oneIn(2)) frame.webcam = randomWebcam(chance, frame.uniforms);
+    if (chance.oneIn(2)) frame.webcam = randomWebcam(chance, canvas.width, canvas.height);
     if (chance.oneIn(3)) frame.keystroke = KeystrokeChip{"⇧⌘K", chance.between(0.01F, 1)};
     if (chance.oneIn(3)) frame.caption = randomCaption(chance);
     return frame;
@@ -247,7 +246,7 @@ TEST_P(GpuRendererTest, AllocatesNoTexturesOnceRunning) {
     constexpr std::array<std::string_view, 1> lines{"Every word counts"};
     constexpr std::array<std::string_view, 1> labels{"⇧⌘K"};
     FrameComposer::Frame frame = randomFrame(chance, {160, 90}, 3);
-    frame.webcam = randomWebcam(chance, frame.uniforms);
+    frame.webcam = randomWebcam(chance, 160, 90);
     frame.webcam->blur.x = 0.5F;
     renderer_->prewarmCaptions(lines, {});
     renderer_->prewarmKeystrokes(labels);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "render/RandomFrame.h"
@@ -98,6 +99,94 @@ TEST_P(PixelKernelsTest, DivideEverySumOfFiveBytesByFive) {
     PixelKernels::fifthOfRow(sums.data(), out.data(), sums.size());
     for (std::size_t i = 0; i < sums.size(); ++i)
         ASSERT_EQ(out[i], (i + 2) / 5);
+}
+
+TEST_P(PixelKernelsTest, BlendPremultipliedPixelsWithinALevel) {
+    for (const int opacity : {0, 1, 128, 255, 256}) {
+        for (std::size_t pixels = 0; pixels < 40; ++pixels) {
+            Bytes source = randomBytes(chance_, pixels * 4);
+            for (std::size_t i = 0; i < source.size(); ++i)
+                source[i] = std::min(source[i], source[i | 3]);
+            Bytes target = randomBytes(chance_, pixels * 4 + 1);
+            const Bytes before = target;
+            PixelKernels::blendOver(source.data(), static_cast<std::uint16_t>(opacity), target.data(),
+                                    pixels);
+            for (std::size_t i = 0; i < source.size(); ++i) {
+                const double part = opacity / 256.0;
+                const double exact = source[i] * part + before[i] * (1 - source[i | 3] * part / 255);
+                ASSERT_NEAR(target[i], exact, 0.51);
+            }
+            ASSERT_EQ(target.back(), before.back()) << "written past the end";
+        }
+    }
+}
+
+TEST_P(PixelKernelsTest, LeaveWhatNothingIsBlendedOverAndReplaceWhatIsCovered) {
+    Bytes levels(256 * 4);
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        levels[i] = static_cast<std::uint8_t>(i / 4);
+    Bytes target = levels;
+    PixelKernels::blendOver(Bytes(levels.size()).data(), 256, target.data(), 256);
+    EXPECT_EQ(target, levels);
+    for (std::size_t i = 3; i < levels.size(); i += 4)
+        levels[i] = 255;
+    PixelKernels::blendOver(levels.data(), 256, target.data(), 256);
+    EXPECT_EQ(target, levels);
+}
+
+TEST_P(PixelKernelsTest, MixAColorIntoRows) {
+    const Bytes color = randomBytes(chance_, 4);
+    for (std::size_t pixels = 0; pixels < 40; ++pixels) {
+        Bytes target = randomBytes(chance_, pixels * 4 + 1);
+        const Bytes before = target;
+        PixelKernels::mixColor(color.data(), 12345, target.data(), pixels);
+        for (std::size_t i = 0; i < pixels * 4; ++i)
+            ASSERT_EQ(target[i], mixed(before[i], color[i % 4], 12345));
+        ASSERT_EQ(target.back(), before.back()) << "written past the end";
+    }
+}
+
+TEST_P(PixelKernelsTest, MixRowsByTheRedOfAMatte) {
+    for (const std::size_t pixels : {0U, 1U, 63U, 64U, 65U, 150U}) {
+        const Bytes a = randomBytes(chance_, pixels * 4);
+        const Bytes b = randomBytes(chance_, pixels * 4);
+        Bytes matte = randomBytes(chance_, pixels * 4);
+        if (pixels > 1) matte[2] = 255, matte[6] = 0;
+        Bytes out(pixels * 4 + 1, 77);
+        PixelKernels::mixByMatte(a.data(), b.data(), matte.data(), out.data(), pixels);
+        for (std::size_t i = 0; i < pixels * 4; ++i) {
+            const double part = matte[i / 4 * 4 + 2] / 255.0;
+            ASSERT_NEAR(out[i], a[i] + (b[i] - a[i]) * part, part == 0 || part == 1 ? 0 : 0.52);
+        }
+        ASSERT_EQ(out.back(), 77) << "written past the end";
+    }
+}
+
+TEST_P(PixelKernelsTest, SumWeightedRows) {
+    constexpr std::size_t count = 75;
+    std::vector<std::vector<std::uint16_t>> rows(5, std::vector<std::uint16_t>(count));
+    std::vector<const std::uint16_t*> taps;
+    for (auto& row : rows) {
+        for (std::uint16_t& value : row)
+            value = static_cast<std::uint16_t>(chance_.whole(0, 255 * 256));
+        row.front() = 255 * 256;
+        taps.push_back(row.data());
+    }
+    const std::vector<std::uint16_t> weights{6000, 14000, 25536, 14000, 6000};
+    std::vector<std::uint16_t> sums(count + 1, 77);
+    Bytes bytes(count + 1, 77);
+    PixelKernels::weightedSum(taps.data(), weights.data(), taps.size(), sums.data(), count);
+    PixelKernels::weightedSumToBytes(taps.data(), weights.data(), taps.size(), bytes.data(), count);
+    for (std::size_t i = 0; i < count; ++i) {
+        double exact = 0;
+        for (std::size_t tap = 0; tap < taps.size(); ++tap)
+            exact += taps[tap][i] * double(weights[tap]) / 65536;
+        ASSERT_NEAR(sums[i], exact, 3);
+        ASSERT_NEAR(bytes[i], exact / 256, 0.52);
+    }
+    EXPECT_EQ(bytes[0], 255);
+    EXPECT_EQ(sums.back(), 77);
+    EXPECT_EQ(bytes.back(), 77);
 }
 
 INSTANTIATE_TEST_SUITE_P(OnEachInstructionSet, PixelKernelsTest,

@@ -2,6 +2,7 @@
 #include "render/RandomFrame.h"
 
 #include <algorithm>
+#include <array>
 
 #include "support/PixelAt.h"
 
@@ -82,25 +83,35 @@ RippleUniforms randomRipple(Chance& chance, const CompositeUniforms& composite) 
             contentRect(composite)};
 }
 
-WebcamUniforms randomWebcam(Chance& chance, const CompositeUniforms& composite) {
-    const float size = chance.between(4, 150);
-    Float4 border = randomColor(chance);
-    border.w = chance.oneIn(3) ? chance.between(0, 0.5F) : chance.between(0.5F, 0.1F * size + 1);
-    return {randomQuad(chance, composite, size),
-            {static_cast<float>(chance.whole(0, 2)), chance.between(0, 0.5F) * size,
-             static_cast<float>(chance.whole(0, 1)), std::max(size * 0.08F, 6.0F)},
-            {composite.a.x, composite.a.y, chance.oneIn(2) ? 1 : chance.between(0.004F, 1), 0.45F},
-            border,
-            {chance.oneIn(2) ? 0 : chance.between(0, 1), 0, 0, 0}};
+WebcamUniforms randomWebcam(Chance& chance, int width, int height) {
+    const auto canvasWidth = static_cast<float>(width);
+    const auto canvasHeight = static_cast<float>(height);
+    const float side = chance.oneIn(6) ? chance.between(0.5F, 4) : canvasWidth * chance.between(0.05F, 1.5F);
+    const float high = side * chance.between(0.5F, 1.2F);
+    const std::array<float, 6> borders{0, 0.5F, 0.51F, 1.5F, 6, 40};
+    WebcamUniforms webcam;
+    webcam.rect = {chance.between(-0.6F, 1) * canvasWidth, chance.between(-0.6F, 1) * canvasHeight, side,
+                   high};
+    webcam.params = {static_cast<float>(chance.whole(0, 2)), std::min(side, high) * chance.between(0, 0.5F),
+                     static_cast<float>(chance.whole(0, 1)), chance.between(0.5F, 30)};
+    webcam.meta = {canvasWidth, canvasHeight, chance.oneIn(2) ? 1 : chance.between(-0.1F, 1.1F), 0.45F};
+    webcam.border = randomColor(chance);
+    webcam.border.w = borders[static_cast<std::size_t>(chance.whole(0, 5))];
+    webcam.blur.x = chance.oneIn(3) ? 0 : chance.between(0, 1);
+    return webcam;
 }
 
-RoundedRectUniforms randomRoundedRect(Chance& chance, const CompositeUniforms& composite) {
-    Float4 color = randomColor(chance);
-    color.w = chance.between(0, 1);
-    const float size = chance.between(1, 150);
-    return {randomQuad(chance, composite, size),
-            color,
-            {composite.a.x, composite.a.y, chance.between(0, size), chance.between(0, 1)}};
+RoundedRectUniforms randomRoundedRect(Chance& chance, int width, int height) {
+    const auto canvasWidth = static_cast<float>(width);
+    const auto canvasHeight = static_cast<float>(height);
+    RoundedRectUniforms rounded;
+    rounded.rect = {chance.between(-0.5F, 1) * canvasWidth, chance.between(-0.5F, 1) * canvasHeight,
+                    chance.between(0.2F, 1.5F * canvasWidth), chance.between(0.2F, 1.5F * canvasHeight)};
+    rounded.color = randomColor(chance);
+    rounded.color.w = chance.oneIn(2) ? 1 : chance.between(0, 1);
+    rounded.meta = {canvasWidth, canvasHeight, chance.oneIn(3) ? 1000 : chance.between(0, 60),
+                    chance.oneIn(2) ? 1 : chance.between(0, 1)};
+    return rounded;
 }
 
 }  // namespace tessaloom::test

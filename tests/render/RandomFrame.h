@@ -32,8 +32,10 @@ CompositeUniforms randomComposite(Chance& chance, int width, int height, float s
 CursorUniforms randomCursor(Chance& chance, const CompositeUniforms& composite);
 RippleUniforms randomRipple(Chance& chance, const CompositeUniforms& composite);
 
-/// Anywhere on the canvas of `composite` or partly off it.
-WebcamUniforms randomWebcam(Chance& chance, const CompositeUniforms& composite);
-RoundedRectUniforms randomRoundedRect(Chance& chance, const CompositeUniforms& composite);
+/// A camera bubble of any shape, some of them tiny, beyond the canvas or larger than it, or hardly visible.
+WebcamUniforms randomWebcam(Chance& chance, int width, int height);
+
+/// A rounded rectangle, some with more radius than they have room for.
+RoundedRectUniforms randomRoundedRect(Chance& chance, int width, int height);
 
 }  // namespace tessaloom::test

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "support/PixelAt.h"
 
@@ -195,29 +196,29 @@ void referenceCursor(ReferenceCanvas& canvas, const CursorUniforms& cursor, Bgra
     });
 }
 
-void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, BgraView camera, BgraView matte,
-                     BgraView blurred) {
+void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, const ReferenceCamera& pictures) {
     const Vec origin{webcam.rect.x, webcam.rect.y};
     const Vec size{webcam.rect.z, webcam.rect.w};
-    const double shortHalf = std::min(size.x, size.y) * 0.5;
-    const double margin = webcam.params.w;
-    const double borderPx = webcam.border.w;
-    const Float4 quad{webcam.rect.x - webcam.params.w, webcam.rect.y - webcam.params.w,
-                      webcam.rect.z + 2 * webcam.params.w, webcam.rect.w + 2 * webcam.params.w};
+    const Float4& params = webcam.params;
+    const double margin = params.w;
+    const double half = std::min(size.x, size.y) * 0.5;
+    const Float4 quad{webcam.rect.x - params.w, webcam.rect.y - params.w, webcam.rect.z + 2 * params.w,
+                      webcam.rect.w + 2 * params.w};
     forEachPixel(canvas, quad, [&](Vec px, Vec, ReferencePixel& pixel, std::size_t) {
         const Vec fromCentre = px - (origin + size * 0.5);
-        const double dist =
-            webcam.params.x < 0.5F
-                ? std::hypot(fromCentre.x, fromCentre.y) - shortHalf
-                : boxDistance(px, origin, size, webcam.params.x < 1.5F ? shortHalf : webcam.params.y);
-        Vec cuv = coverUV((px - origin) / size, camera, size);
-        if (webcam.params.z > 0.5F) cuv.x = 1 - cuv.x;
-        ReferencePixel cam = sample(camera, cuv);
-        if (webcam.blur.x > 0.001F) cam = mix(sample(blurred, cuv), cam, sample(matte, cuv)[2] / 255);
+        double dist = std::hypot(fromCentre.x, fromCentre.y) - half;
+        if (params.x >= 0.5F) dist = boxDistance(px, origin, size, params.x < 1.5F ? half : params.y);
+        Vec uv = coverUV((px - origin) / size, pictures.camera, size);
+        if (params.z > 0.5F) uv.x = 1 - uv.x;
+        ReferencePixel color = sample(pictures.camera, uv);
+        if (webcam.blur.x > 0.001F && !pictures.matte.empty()) {
+            color = mix(sample(pictures.blurred, uv), color, sample(pictures.matte, uv)[2] / 255);
+        }
         const double fill = smoothstep(1, -1, dist);
-        const double ring =
-            borderPx > 0.5 ? smoothstep(-borderPx - 1, -borderPx, dist) * (1 - smoothstep(-1, 0, dist)) : 0;
-        ReferencePixel color = mix(cam, toPixel(webcam.border), ring);
+        const double border = webcam.border.w;
+        double ring = 0;
+        if (border > 0.5) ring = smoothstep(-border - 1, -border, dist) * (1 - smoothstep(-1, 0, dist));
+        color = mix(color, toPixel(webcam.border), ring);
         const double shadow = (1 - fill) * (1 - smoothstep(0, margin, dist)) * webcam.meta.w;
         const double alpha = fill + shadow * (1 - fill);
         for (double& channel : color)
@@ -226,12 +227,12 @@ void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, Bgra
     });
 }
 
-void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& box) {
-    const Vec size{box.rect.z, box.rect.w};
-    const double radius = std::min(double(box.meta.z), std::min(size.x, size.y) * 0.5);
-    forEachPixel(canvas, box.rect, [&](Vec px, Vec, ReferencePixel& pixel, std::size_t) {
-        const double fill = smoothstep(1, -1, boxDistance(px, {box.rect.x, box.rect.y}, size, radius));
-        blendStraight(pixel, toPixel(box.color), box.color.w * fill * box.meta.w);
+void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& rounded) {
+    const Float4& rect = rounded.rect;
+    const double radius = std::min<double>(rounded.meta.z, std::min(rect.z, rect.w) * 0.5);
+    forEachPixel(canvas, rect, [&](Vec px, Vec, ReferencePixel& pixel, std::size_t) {
+        const double fill = smoothstep(1, -1, boxDistance(px, {rect.x, rect.y}, {rect.z, rect.w}, radius));
+        blendStraight(pixel, toPixel(rounded.color), rounded.color.w * fill * rounded.meta.w);
     });
 }
 
@@ -242,6 +243,42 @@ void referenceChip(ReferenceCanvas& canvas, const ChipUniforms& chip, BgraView r
         for (std::size_t i = 0; i < 3; ++i)
             pixel[i] = color[i] * chip.meta.z + pixel[i] * (1 - alpha);
     });
+}
+
+BgraImage referenceBlur(BgraView picture, double sigma) {
+    const int radius = static_cast<int>(std::ceil(5 * sigma));
+    std::vector<double> weights;
+    for (int tap = -radius; tap <= radius; ++tap)
+        weights.push_back(std::exp(-tap * tap / (2 * sigma * sigma)));
+    const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
+    // The mean of the pixels of `source` around (x, y) along an axis.
+    const auto blurredAt = [&](const ReferenceCanvas& source, int x, int y, int dx, int dy) {
+        ReferencePixel mean{};
+        for (int tap = -radius; tap <= radius; ++tap) {
+            const ReferencePixel& pixel = source.at(std::clamp(x + tap * dx, 0, source.width - 1),
+                                                    std::clamp(y + tap * dy, 0, source.height - 1));
+            for (std::size_t i = 0; i < 4; ++i)
+                mean[i] += pixel[i] * weights[static_cast<std::size_t>(tap + radius)] / sum;
+        }
+        return mean;
+    };
+    ReferenceCanvas sharp(picture.width, picture.height);
+    ReferenceCanvas across(picture.width, picture.height);
+    BgraImage result(picture.width, picture.height);
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            sharp.at(x, y) = texel(picture, x, y);
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            across.at(x, y) = blurredAt(sharp, x, y, 1, 0);
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const ReferencePixel pixel = blurredAt(across, x, y, 0, 1);
+            for (std::size_t i = 0; i < 4; ++i)
+                pixelAt(result, x, y)[i] = static_cast<std::uint8_t>(std::lround(pixel[i]));
+        }
+    }
+    return result;
 }
 
 }  // namespace tessaloom::test

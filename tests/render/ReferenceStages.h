@@ -37,10 +37,17 @@ void referenceComposite(ReferenceCanvas& canvas, const CompositeUniforms& unifor
                         BgraView wallpaper);
 void referenceRipple(ReferenceCanvas& canvas, const RippleUniforms& ripple);
 void referenceCursor(ReferenceCanvas& canvas, const CursorUniforms& cursor, BgraView image);
-/// `matte` and `blurred` stand in for what is missing, as the camera itself does.
-void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, BgraView camera, BgraView matte,
-                     BgraView blurred);
-void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& box);
+/// The pictures of a camera bubble; without a matte (empty) nothing is blurred.
+struct ReferenceCamera {
+    BgraView camera;
+    BgraView matte;
+    BgraView blurred;
+};
+void referenceWebcam(ReferenceCanvas& canvas, const WebcamUniforms& webcam, const ReferenceCamera& pictures);
+void referenceRoundedRect(ReferenceCanvas& canvas, const RoundedRectUniforms& rounded);
 void referenceChip(ReferenceCanvas& canvas, const ChipUniforms& chip, BgraView raster);
+
+/// A Gaussian, tap by tap, as if the picture's edge pixels went on for ever; rounded to bytes.
+BgraImage referenceBlur(BgraView picture, double sigma);
 
 }  // namespace tessaloom::test
