@@ -8,6 +8,9 @@
 
 #include "render/GpuTestDevice.h"
 #include "render/LogLines.h"
+#include "render/RandomFrame.h"
+#include "render/ReferenceComparison.h"
+#include "support/PixelAt.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -63,6 +66,57 @@ TEST_P(GpuStagesTest, KeepThoseBuiltBeforeTheOneThatFails) {
               std::pair(Present({true, true, true, false, false, false}),
                         std::string("can't read the shader webcam.frag")));
     EXPECT_EQ(test::LogLines::lines.last(), "Failed to build pipeline: can't read the shader webcam.frag");
+}
+
+/// What the device shows after drawing these boxes on black.
+BgraImage drawnBoxes(GpuDevice& device, QSize size, const std::vector<RoundedRectUniforms>& boxes) {
+    QRhi& rhi = device.rhi();
+    GpuInputs inputs(device);
+    GpuCanvas canvas(device, QRhiTexture::RGBA8);
+    EXPECT_TRUE(canvas.resize(size));
+    const GpuStages stages(device, inputs, *canvas.pass(), intactShaders, canvas.texture());
+    const GpuInputs::Bindings noTextures = inputs.bind({});
+    std::vector<quint32> records;
+    for (const RoundedRectUniforms& box : boxes)
+        records.push_back(inputs.add(box));
+    QRhiCommandBuffer* commands = nullptr;
+    QRhiReadbackResult result;
+    rhi.beginOffscreenFrame(&commands);
+    QRhiResourceUpdateBatch* const uploads = rhi.nextResourceUpdateBatch();
+    EXPECT_TRUE(inputs.upload(*uploads));
+    commands->beginPass(canvas.target(), Qt::black, {1, 0}, uploads);
+    for (const quint32 record : records)
+        stages.pipeline(GpuStage::roundedRect)->draw(*commands, size, *noTextures, record);
+    QRhiResourceUpdateBatch* const readback = rhi.nextResourceUpdateBatch();
+    readback->readBackTexture({canvas.texture()}, &result);
+    commands->endPass(readback);
+    rhi.endOffscreenFrame();
+    BgraImage image(size.width(), size.height());
+    for (int i = 0; i < size.width() * size.height(); ++i) {
+        std::uint8_t* pixel = test::pixelAt(image, i % size.width(), i / size.width());
+        // The device keeps red first.
+        for (int channel = 0; channel < 3; ++channel)
+            pixel[channel] = static_cast<std::uint8_t>(result.data.at(4 * i + 2 - channel));
+        pixel[3] = 255;
+    }
+    return image;
+}
+
+TEST_P(GpuStagesTest, DrawRoundedRectanglesAsTheFormulaSays) {
+    const auto opened = test::openGpuDevice(GetParam());
+    test::Chance chance(1);
+    for (int round = 0; round < 30; ++round) {
+        // More than the buffer of records has room for at first.
+        const int count = round == 0 ? 40 : 2;
+        std::vector<RoundedRectUniforms> boxes;
+        test::ReferenceCanvas expected(90, 60);
+        for (int i = 0; i < count; ++i) {
+            boxes.push_back(test::randomRoundedRect(chance, 90, 60));
+            test::referenceRoundedRect(expected, boxes.back());
+        }
+        EXPECT_TRUE(test::matchesReference(drawnBoxes(*opened.device, {90, 60}, boxes), expected,
+                                           "gpu-boxes" + std::to_string(round)));
+    }
 }
 
 /// All black but for a bubble and a ripple where the stages for them are.
