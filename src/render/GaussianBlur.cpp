@@ -19,6 +19,37 @@ constexpr int largestStep = 128;
 constexpr double reach = 3;
 constexpr int bandHeight = 4;
 
+// In 1/256 levels, rounded.
+std::uint16_t toMean(std::uint32_t sum, int pixels) {
+    const auto count = static_cast<std::uint32_t>(pixels);
+    return static_cast<std::uint16_t>((sum * 256 + count / 2) / count);
+}
+
+// Each cell takes `step` pixels; what the last one lacks is its last pixel again.
+void meanOfCells(const std::uint16_t* sums, int width, int step, std::uint16_t* out) {
+    if (step == 1) {
+        std::transform(sums, sums + std::ptrdiff_t{width} * 4, out,
+                       [](std::uint16_t level) { return static_cast<std::uint16_t>(level << 8); });
+        return;
+    }
+    for (int first = 0; first < width; first += step) {
+        std::array<std::uint32_t, 4> total{};
+        for (int x = first; x < first + step; ++x) {
+            const std::uint16_t* pixel = sums + std::ptrdiff_t{std::min(x, width - 1)} * 4;
+            for (std::size_t channel = 0; channel < total.size(); ++channel)
+                total[channel] += pixel[channel];
+        }
+        for (const std::uint32_t sum : total)
+            *out++ = toMean(sum, step * step);
+    }
+}
+
+// Cells that hold nothing but one pixel, whose sum over a cell's rows is given.
+void fillCells(const std::uint16_t* sum, int step, std::ptrdiff_t count, std::uint16_t* out) {
+    for (std::ptrdiff_t i = 0; i < count * 4; ++i)
+        out[i] = toMean(sum[i % 4], step);
+}
+
 }  // namespace
 
 // The picture ends at the centres of its outermost pixels; the cell beyond is there to read up to them.
@@ -54,14 +85,14 @@ void GaussianBlur::chooseKernel(double sigma) {
     step_ = static_cast<int>(std::clamp(std::floor(sigma / sigmaPerStep), 1.0, double{largestStep}));
     const double variance = (sigma * sigma - (step_ * step_ - 1) / 4.0) / (step_ * step_);
     radius_ = static_cast<int>(std::ceil(reach * std::sqrt(variance)));
-    weights_.resize(2 * static_cast<std::size_t>(radius_) + 1);
+    weights_.clear();
     const auto bell = [&](int offset) { return std::exp(-offset * offset / (2 * variance)); };
     double sum = 0;
     for (int offset = -radius_; offset <= radius_; ++offset)
         sum += bell(offset);
     for (int offset = -radius_; offset <= radius_; ++offset) {
         const double weight = std::round(bell(offset) / sum * 65536);
-        weights_[static_cast<std::size_t>(offset + radius_)] = static_cast<std::uint16_t>(weight);
+        weights_.push_back(static_cast<std::uint16_t>(weight));
     }
 }
 
@@ -95,19 +126,11 @@ void GaussianBlur::reduceRow(int row, BgraView picture, std::uint16_t* sums) {
                              static_cast<std::size_t>(picture.width) * 4);
     }
     std::uint16_t* out = cellRow(row);
-    const float scale = 256.0F / static_cast<float>(step_ * step_);
-    const int last = picture.width - 1;
-    for (int cell = -radius_ - 1; cell < across_.cells + radius_ + 1; ++cell) {
-        std::array<std::uint32_t, 4> total{};
-        for (int i = 0; i < step_; ++i) {
-            const bool isInside = cell >= 0 && cell < across_.cells;
-            const int x = isInside ? std::min(cell * step_ + i, last) : (cell < 0 ? 0 : last);
-            for (std::size_t channel = 0; channel < total.size(); ++channel)
-                total[channel] += sums[static_cast<std::size_t>(x) * 4 + channel];
-        }
-        for (const std::uint32_t channel : total)
-            *out++ = static_cast<std::uint16_t>(std::lround(static_cast<float>(channel) * scale));
-    }
+    const std::ptrdiff_t border = std::ptrdiff_t{radius_} + 1;
+    const std::ptrdiff_t last = picture.width - 1;
+    fillCells(sums, step_, border, out);
+    meanOfCells(sums, picture.width, step_, out + border * 4);
+    fillCells(sums + last * 4, step_, border, out + (border + across_.cells) * 4);
 }
 
 // Where the row of cells number `row`, counted from the picture's top, is held.

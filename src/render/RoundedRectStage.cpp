@@ -44,11 +44,22 @@ void RoundedRectStage::drawRow(int y, std::uint8_t* canvasRow) const {
     drawEdge(y, {full.last, touched.last}, canvasRow);
 }
 
+// Between the corners of its upper and lower edge the distance is the same all along a row.
 void RoundedRectStage::drawEdge(int y, PixelSpan span, std::uint8_t* canvasRow) const {
-    for (int x = span.first; x < span.last; ++x) {
+    const Rect& rect = outline_.rect;
+    const bool isBeyondCorners = std::abs(y + 0.5 - rect.midY()) >= rect.height * 0.5 - outline_.corner;
+    PixelSpan straight;
+    if (isBeyondCorners) {
+        straight = intersection(
+            span, pixelsBetween(rect.minX() + outline_.corner, rect.maxX() - outline_.corner, canvasWidth_));
+    }
+    for (int x = span.first; x < span.last;) {
+        const int pixels = x == straight.first && !straight.empty() ? straight.length() : 1;
         const double fill = hermiteStep(1, -1, outline_.distance(x + 0.5, y + 0.5));
         PixelKernels::mixColor(color_.data(), toWeight(opacity_ * fill),
-                               canvasRow + static_cast<std::ptrdiff_t>(x) * 4, 1);
+                               canvasRow + static_cast<std::ptrdiff_t>(x) * 4,
+                               static_cast<std::size_t>(pixels));
+        x += pixels;
     }
 }
 
