@@ -7,7 +7,7 @@
 
 #include "base/Log.h"
 #include "platform/x11/X11CapturePlatform.h"
-#include "render/CpuRenderer.h"
+#include "render/RendererChoice.h"
 #include "shell/CommandLine.h"
 
 namespace {
@@ -36,6 +36,7 @@ int main(int argumentCount, char** argumentValues) {
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
-    const CommandServices services{capture, [] { return std::make_unique<CpuRenderer>(); }};
+    const CommandServices services{
+        capture, [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

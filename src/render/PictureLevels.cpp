@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "render/PictureLevels.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tessaloom {
@@ -35,12 +34,6 @@ PictureLevels::PictureLevels(BgraImage full) {
     while (std::min(levels_.back().width(), levels_.back().height()) >= 2 * smallestSide) {
         levels_.push_back(halved(levels_.back()));
     }
-}
-
-BgraView PictureLevels::forWidth(double width) const {
-    const auto wideEnough = [width](const BgraImage& level) { return level.width() >= width; };
-    const auto level = std::find_if(levels_.rbegin(), levels_.rend(), wideEnough);
-    return (level == levels_.rend() ? levels_.front() : *level).view();
 }
 
 }  // namespace tessaloom

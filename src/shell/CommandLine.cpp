@@ -125,9 +125,7 @@ before any cuts. Where a number of cuts or frame is too great to be told, it is 
 
 Example: tessaloom inspect frame "Recording 2026-11-15 at 14.05.09" --at 5 --size 1920x1080
 )",
-            [](const QStringList& words, const CommandServices& services) {
-                return runInspectCommand(words, services.makeRenderer);
-            }},
+            [](const QStringList& words, const CommandServices&) { return runInspectCommand(words); }},
 };
 
 void printOverview(std::ostream& out) {
@@ -138,7 +136,8 @@ void printOverview(std::ostream& out) {
             << command.summary << '\n';
     }
     out << "\n\"tessaloom COMMAND --help\" tells more. Start with: tessaloom record --duration 10\n"
-           "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file.\n";
+           "TESSALOOM_LIBRARY names the recordings folder, TESSALOOM_CONFIG the settings file,\n"
+           "TESSALOOM_RENDERER=gpu or cpu chooses what draws.\n";
 }
 
 /// The system's words for what lies behind an error, with a blank before; empty when it said nothing.

@@ -7,6 +7,7 @@
 
 #include "core/ZoomFields.h"
 #include "motion/ZoomEngine.h"
+#include "render/CursorImage.h"
 #include "shell/Arguments.h"
 #include "shell/BundleArgument.h"
 #include "shell/CutFacts.h"
@@ -16,21 +17,19 @@
 namespace tessaloom {
 namespace {
 
-using RendererFactory = Exporter::RendererFactory;
-
 TakeBundle onlyBundle(const QStringList& words) {
     return findBundle(Arguments(words, {}, {"RECORDING"}).words().first());
 }
 
-std::string logFacts(const QStringList& words, const RendererFactory&) {
+std::string logFacts(const QStringList& words) {
     return encode(openLog(onlyBundle(words)));
 }
 
-std::string editFacts(const QStringList& words, const RendererFactory&) {
+std::string editFacts(const QStringList& words) {
     return encode(openEdit(onlyBundle(words)));
 }
 
-std::string zoomFacts(const QStringList& words, const RendererFactory&) {
+std::string zoomFacts(const QStringList& words) {
     const Arguments arguments(words, {{"duration", "S", {}}, {"zoom-factor", "F", {}}}, {"RECORDING"});
     const auto duration = arguments.number("duration");
     ZoomEngine engine;
@@ -39,11 +38,11 @@ std::string zoomFacts(const QStringList& words, const RendererFactory&) {
     return encodePretty(engine.generate(log, duration.value_or(logDuration(log))));
 }
 
-std::string cutFactsOf(const QStringList& words, const RendererFactory&) {
+std::string cutFactsOf(const QStringList& words) {
     return cutFacts(openTake(onlyBundle(words)));
 }
 
-std::string frameFactsOf(const QStringList& words, const RendererFactory& makeRenderer) {
+std::string frameFactsOf(const QStringList& words) {
     const Arguments arguments(words, {{"at", "S", {}}, {"size", "WxH", {}}}, {"RECORDING"});
     const auto times = arguments.numbers("at");
     const auto size = arguments.text("size");
@@ -51,14 +50,13 @@ std::string frameFactsOf(const QStringList& words, const RendererFactory& makeRe
     if (!size) throw UsageError("--size WxH is missing.");
     const CanvasSize canvas = parseSize(*size);
     const OpenTake take = openTake(findBundle(arguments.words().first()));
-    const auto renderer = makeRenderer();
-    renderer->makeCursorTexture(take.edit.cursorStyle);
-    return frameFacts(take.composer(renderer->cursorImageSize(), renderer->cursorHotspot()), times, canvas);
+    const CursorImage cursor = makeCursorImage(take.edit.cursorStyle, cursorThemes());
+    return frameFacts(take.composer(cursor.size, cursor.hotspot), times, canvas);
 }
 
 struct Subject {
     const char* name;
-    std::string (*facts)(const QStringList& words, const RendererFactory& makeRenderer);
+    std::string (*facts)(const QStringList& words);
 };
 
 constexpr std::array subjects = {Subject{"log", logFacts}, Subject{"edit", editFacts},
@@ -67,13 +65,13 @@ constexpr std::array subjects = {Subject{"log", logFacts}, Subject{"edit", editF
 
 }  // namespace
 
-ExitStatus runInspectCommand(const QStringList& words, const RendererFactory& makeRenderer) {
+ExitStatus runInspectCommand(const QStringList& words) {
     if (words.isEmpty()) throw UsageError("What to inspect is missing.");
     const auto subject =
         std::ranges::find(subjects, words.first(), [](const Subject& each) { return QString(each.name); });
     if (subject == subjects.end())
         throw UsageError("There is nothing called \"" + words.first().toStdString() + "\" to inspect.");
-    std::cout << subject->facts(words.mid(1), makeRenderer) << '\n';
+    std::cout << subject->facts(words.mid(1)) << '\n';
     return ExitStatus::done;
 }
 

@@ -3,13 +3,12 @@
 
 #include <QStringList>
 
-#include "export/Exporter.h"
 #include "shell/CommandError.h"
 
 namespace tessaloom {
 
 /// `tessaloom inspect`: prints the facts that the program works with as JSON. It reads no media files. Throws
 /// CommandError and UsageError.
-ExitStatus runInspectCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer);
+ExitStatus runInspectCommand(const QStringList& words);
 
 }  // namespace tessaloom

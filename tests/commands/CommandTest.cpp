@@ -12,7 +12,8 @@ namespace tessaloom::test {
 CommandTest::CommandTest() {
     std::filesystem::create_directory(library());
     std::filesystem::create_directory(outputs());
-    for (const char* inherited : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "TESSALOOM_VERBOSE"})
+    for (const char* inherited :
+         {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "TESSALOOM_RENDERER", "TESSALOOM_VERBOSE"})
         environment_.erase(inherited);
     environment_["TESSALOOM_LIBRARY"] = library().string();
     environment_["TESSALOOM_CONFIG"] = (folder_.path() / "settings.ini").string();
