@@ -138,15 +138,16 @@ void MovieWriter::appendSound(std::span<const float> samples) {
     sound_->encode(samples, [this](AVPacket& packet) { writeSound(packet); });
 }
 
-void MovieWriter::flush() {
-    if (settings_.container == Container::mp4 || !fragmentStart_) return;
+bool MovieWriter::flush() {
+    if (settings_.container == Container::mp4 || !fragmentStart_) return false;
     // The index tells where each track begins, and is written only once.
-    if (!file_->video.ready() || !file_->sound.ready()) return;
+    if (!file_->video.ready() || !file_->sound.ready()) return false;
     cutFragment();
     // The first cut only writes the delayed index.
     if (!indexWritten_) cutFragment();
     indexWritten_ = true;
     fragmentStart_.reset();
+    return true;
 }
 
 void MovieWriter::finish() {

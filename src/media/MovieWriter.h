@@ -48,8 +48,8 @@ class MovieWriter {
     /// Cuts a fragment here and hands everything appended so far to the operating system, less the sound
     /// still in its encoder (43 ms). Without anything new, before each track has begun, and for containers
     /// without fragments, there is nothing to do. A recording in progress calls this at least once a second;
-    /// a fragment of 4 s is cut without being asked.
-    void flush();
+    /// a fragment of 4 s is cut without being asked. True when there was something to do.
+    bool flush();
 
     /// Completes and closes the file; nothing may be called afterwards.
     void finish();
