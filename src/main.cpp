@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "base/Log.h"
+#include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/CpuRenderer.h"
 #include "shell/CommandLine.h"
@@ -36,6 +37,7 @@ int main(int argumentCount, char** argumentValues) {
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
-    const CommandServices services{capture, [] { return std::make_unique<CpuRenderer>(); }};
+    PipeWireDevices devices;
+    const CommandServices services{capture, devices, [] { return std::make_unique<CpuRenderer>(); }};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

@@ -4,7 +4,7 @@
 #include <functional>
 #include <span>
 
-#include "capture/SoundSource.h"
+#include "capture/LiveSoundSource.h"
 #include "media/SoundResampler.h"
 
 namespace tessaloom {

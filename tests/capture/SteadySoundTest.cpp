@@ -74,7 +74,7 @@ TEST_P(DeviceClock, IsFollowedSoThatBeepsStandAtTheirHostTimes) {
     Stream stream;
     stream.recordUntil(device, start + secondsPerMinute);
     for (int second = 1; second < 60; ++second)
-        EXPECT_NEAR(stream.beepNear(start + second), start + second, 0.010);
+        EXPECT_NEAR(stream.beepNear(start + second), start + second, 0.004);
     // Once the error is known almost nothing is left of it.
     EXPECT_NEAR(stream.beepNear(start + 59), start + 59, 0.001);
     EXPECT_NEAR(stream.length(), device.now() - start, 0.001);

@@ -65,6 +65,17 @@ std::optional<double> DecodedSound::onset(float level, double from) const {
     return std::nullopt;
 }
 
+std::optional<double> DecodedSound::onsetAfterSilence(float level, double silence) const {
+    const auto wanted = static_cast<std::size_t>(silence * sampleRate);
+    std::size_t quiet = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const bool loud = std::abs(samples[i]) > level;
+        if (loud && quiet >= wanted) return static_cast<double>(i) / sampleRate;
+        quiet = loud ? 0 : quiet + 1;
+    }
+    return std::nullopt;
+}
+
 DecodedSound decodeSound(const std::filesystem::path& path) {
     AVFormatContext* opened = nullptr;
     if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)

@@ -20,6 +20,8 @@ struct DecodedSound {
     float peak(double from, double to) const;
     /// When the sound first exceeds `level` at or after `from`, in seconds.
     std::optional<double> onset(float level, double from = 0) const;
+    /// The same for the first onset that follows this many seconds of less.
+    std::optional<double> onsetAfterSilence(float level, double silence) const;
 };
 
 /// Throws std::runtime_error for a file that can't be read or has no sound.

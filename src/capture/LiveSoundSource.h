@@ -22,12 +22,12 @@ struct SoundChunk {
 /// A microphone, or what the speakers play. It keeps delivering through whatever happens to its device: when
 /// that is unplugged the default one takes over, and when there is none, or the sound server is gone, nothing
 /// comes until there is one again.
-class SoundSource {
+class LiveSoundSource {
   public:
     /// Runs on the source's own thread; the samples are valid during the call.
     using Handler = std::function<void(const SoundChunk&)>;
 
-    virtual ~SoundSource() = default;
+    virtual ~LiveSoundSource() = default;
 
     /// The device's name for people, as of when it was opened.
     virtual std::string name() const = 0;
