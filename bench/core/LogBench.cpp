@@ -46,6 +46,16 @@ void buildZoomTimeline(benchmark::State& state) {
     state.counters["keyframes"] = static_cast<double>(keyframes.size());
 }
 
+void buildSparseZoomTimeline(benchmark::State& state) {
+    std::vector<ZoomKeyframe> keyframes;
+    for (double start = 0; start < 1e9; start += 2e6)
+        keyframes.push_back({Uuid::random(), start, start + 5, {0.5, 0.25, 0.5, 0.5}, 0.4, 0.8});
+    std::size_t stored = 0;
+    while (state.KeepRunning())
+        stored = ZoomTimeline(keyframes, 1e9).storedCount();
+    state.counters["stored"] = static_cast<double>(stored);
+}
+
 void buildCursorTrack(benchmark::State& state) {
     const EventLog log = hourLog();
     while (state.KeepRunning())
@@ -64,6 +74,7 @@ BENCHMARK(readLog)->Unit(benchmark::kMillisecond);
 BENCHMARK(writeLog)->Unit(benchmark::kMillisecond);
 BENCHMARK(generateZooms)->Unit(benchmark::kMillisecond);
 BENCHMARK(buildZoomTimeline)->Unit(benchmark::kMillisecond);
+BENCHMARK(buildSparseZoomTimeline)->Unit(benchmark::kMillisecond);
 BENCHMARK(buildCursorTrack)->Unit(benchmark::kMillisecond);
 BENCHMARK(buildEventTracks)->Unit(benchmark::kMillisecond);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Color.h"
 
+#include <array>
 #include <charconv>
 #include <cstdint>
 
@@ -9,11 +10,24 @@ namespace {
 
 constexpr Color charcoal{0.11F, 0.11F, 0.12F, 1.0F};
 
+/// Unicode's White_Space, in UTF-8.
+constexpr std::array<std::string_view, 25> whiteSpace = {
+    " ",      "\t",     "\n",     "\v",     "\f",     "\r",     "\u0085", "\u00A0", "\u1680",
+    "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008",
+    "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"};
+
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
-    const auto first = text.find_first_not_of(whiteSpace);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
+    for (bool found = true; found;) {
+        found = false;
+        for (const std::string_view space : whiteSpace) {
+            const bool leads = text.starts_with(space);
+            if (leads) text.remove_prefix(space.size());
+            const bool trails = text.ends_with(space);
+            if (trails) text.remove_suffix(space.size());
+            found = found || leads || trails;
+        }
+    }
+    return text;
 }
 
 float component(std::uint32_t rgb, int shift) {

@@ -15,8 +15,8 @@ struct Color {
     bool operator==(const Color&) const = default;
 };
 
-/// Reads "#RRGGBB", the number sign optional, white space around it ignored. Anything else is a dark
-/// charcoal: a bad colour never stops a frame.
+/// Reads "#RRGGBB", the number sign optional, white space of any script around it ignored. Anything else is a
+/// dark charcoal: a bad colour never stops a frame.
 Color colorFromHex(std::string_view text);
 
 }  // namespace tessaloom

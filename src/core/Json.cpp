@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Json.h"
 
-#include <rapidjson/encodedstream.h>
 #include <rapidjson/error/error.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
@@ -14,8 +13,12 @@
 #include <cmath>
 #include <limits>
 
+#include "core/JsonMending.h"
+
 namespace tessaloom {
 namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view text(const JsonValue& value) {
     return {value.GetString(), value.GetStringLength()};
@@ -116,8 +119,7 @@ void writeSorted(const JsonValue& value, Writer& writer) {
 rapidjson::ParseErrorCode parseInto(JsonDocument& document, std::string_view text) {
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag |
                                rapidjson::kParseValidateEncodingFlag;
-    rapidjson::MemoryStream bytes(text.data(), text.size());
-    rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
+    rapidjson::MemoryStream stream(text.data(), text.size());
     auto error = rapidjson::kParseErrorNone;
     const auto parse = [&](JsonDocument& target) {
         DocumentBuilder builder(target);
@@ -128,51 +130,14 @@ rapidjson::ParseErrorCode parseInto(JsonDocument& document, std::string_view tex
     return error;
 }
 
-bool isNumberCharacter(char c) {
-    return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
-}
-
-/// Nothing for a number that a double can hold.
-std::optional<std::string_view> replacementForHuge(std::string_view number) {
-    double value = 0;
-    const auto error = std::from_chars(number.data(), number.data() + number.size(), value).ec;
-    if (error == std::errc{} && value == 0) return "0";  // as in 0e999
-    const bool isTiny = number.find("e-") != number.npos || number.find("E-") != number.npos ||
-                        number.starts_with("0.") || number.starts_with("-0.");
-    if (error == std::errc::result_out_of_range && !isTiny) return "null";
-    return std::nullopt;
-}
-
-/// The parser gives up at a number whose exponent is too great for a double; one bad value must not cost the
-/// rest.
-std::string withHugeNumbersAsNull(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    bool inString = false;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = at;
-        if (inString || !isNumberCharacter(text[at])) {
-            if (inString && text[at] == '\\')
-                ++at;
-            else if (text[at] == '"')
-                inString = !inString;
-            at = std::min(at + 1, text.size());
-            result += text.substr(start, at - start);
-            continue;
-        }
-        while (at < text.size() && isNumberCharacter(text[at]))
-            ++at;
-        const std::string_view number = text.substr(start, at - start);
-        result += replacementForHuge(number).value_or(number);
-    }
-    return result;
-}
-
 }  // namespace
 
 std::optional<JsonDocument> parseJson(std::string_view text) {
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     // The parser would take a zero byte for the end.
     if (text.find('\0') != std::string_view::npos) return std::nullopt;
+    const auto whole = withLoneSurrogatesReplaced(text);
+    if (whole) text = *whole;
     JsonDocument document;
     auto error = parseInto(document, text);
     if (error == rapidjson::kParseErrorNumberTooBig) error = parseInto(document, withHugeNumbersAsNull(text));

@@ -34,7 +34,9 @@ concept RecordOf = std::same_as<std::remove_const_t<T>, Record>;
 template <typename T>
 concept Enumeration = std::is_enum_v<T>;
 
-/// Nothing when the text is no JSON. Nesting costs no stack.
+/// Nothing when the text is no JSON in UTF-8, whole and with nothing after it. One leading byte order mark is
+/// ignored. A number beyond the range of a double is null, and half a surrogate pair is U+FFFD. Nesting costs
+/// no stack.
 std::optional<JsonDocument> parseJson(std::string_view text);
 
 /// Nothing when the text is no JSON object.
@@ -131,6 +133,14 @@ class JsonWriter {
         if (!writeJson(value, member, allocator_)) return false;
         object_.AddMember(rapidjson::StringRef(key), member, allocator_);
         return true;
+    }
+
+    /// As `field`, but what has no value, such as a number that is not finite, is null and keeps its key.
+    template <typename T>
+    void fieldOrNull(const char* key, const T& value) {
+        JsonValue member;
+        if (!writeJson(value, member, allocator_)) member.SetNull();
+        object_.AddMember(rapidjson::StringRef(key), member, allocator_);
     }
 
     /// A record without this one is not written.

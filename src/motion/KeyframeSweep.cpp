@@ -38,12 +38,10 @@ void KeyframeSweep::advance(double time) {
         running_.pop();
 }
 
-std::optional<std::size_t> KeyframeSweep::inForce() const {
-    return running_.empty() ? std::nullopt : std::optional(running_.top());
-}
-
-std::optional<std::size_t> KeyframeSweep::after() const {
-    return started_ == byStart_.size() ? std::nullopt : std::optional(firstToStart_[started_]);
+bool KeyframeSweep::standsUntil(double time) const {
+    const bool starts = started_ < byStart_.size() && keyframes_[byStart_[started_]].startPTS <= time;
+    const bool ends = ended_ < byEnd_.size() && keyframes_[byEnd_[ended_]].endPTS < time;
+    return !starts && !ends;
 }
 
 }  // namespace tessaloom

@@ -22,12 +22,19 @@ class KeyframeSweep {
     /// `time` must not be before an earlier call's.
     void advance(double time);
 
+    /// Whether an advance to this later time would change none of the answers below, nor one on the way.
+    bool standsUntil(double time) const;
+
     /// The first in the list that covers the time.
-    std::optional<std::size_t> inForce() const;
+    std::optional<std::size_t> inForce() const {
+        return running_.empty() ? std::nullopt : std::optional(running_.top());
+    }
     /// The last in the list that has ended.
     std::optional<std::size_t> before() const { return lastEnded_; }
     /// The first in the list that is still to start.
-    std::optional<std::size_t> after() const;
+    std::optional<std::size_t> after() const {
+        return started_ == byStart_.size() ? std::nullopt : std::optional(firstToStart_[started_]);
+    }
 
   private:
     std::span<const ZoomKeyframe> keyframes_;

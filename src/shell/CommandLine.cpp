@@ -108,7 +108,7 @@ Describes one recording. RECORDING is a path, or a name from "tessaloom list".
 
 Prints what the program works with as JSON, for scripts and for finding out why a
 frame looks as it does. Needs no media files. Times are seconds of the recording,
-before any cuts.
+before any cuts. Where a number of cuts or frame is too great to be told, it is null.
 
   log              pointer, clicks and keys as they were read, in the stored form
   edit             the edit as it was read, in the stored form

@@ -43,18 +43,15 @@ std::string cutFacts(const OpenTake& take) {
     const std::vector<TimeSegment> kept = keptRanges(inputs);
     JsonDocument document;
     JsonWriter writer(document, document.GetAllocator());
-    writer.field("totalDuration", take.totalDuration);
-    writer.field("trimStart", take.trimStart);
-    writer.field("trimEnd", take.trimEnd);
+    writer.fieldOrNull("totalDuration", take.totalDuration);
+    writer.fieldOrNull("trimStart", take.trimStart);
+    writer.fieldOrNull("trimEnd", take.trimEnd);
     writer.field("kept", pairs(kept));
     writer.field("playable", pairs(playableRanges(inputs)));
     writer.field("segments", timelineSegments(inputs));
     writer.field("cameraBands", take.cameraBands());
-    writer.field("speed", take.edit.speed);
-    // A speed of 0 gives no length; the key is there all the same.
-    if (!writer.field("outputDuration", totalLength(kept) / take.edit.speed)) {
-        document.AddMember("outputDuration", JsonValue(), document.GetAllocator());
-    }
+    writer.fieldOrNull("speed", take.edit.speed);
+    writer.fieldOrNull("outputDuration", totalLength(kept) / take.edit.speed);
     return prettyJson(document);
 }
 

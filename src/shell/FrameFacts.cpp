@@ -70,19 +70,19 @@ void fields(Coder& coder, Record& webcam) {
 template <typename Coder, RecordOf<KeystrokeChip> Record>
 void fields(Coder& coder, Record& chip) {
     coder.field("text", chip.text);
-    coder.field("alpha", chip.alpha);
+    coder.fieldOrNull("alpha", chip.alpha);
 }
 
 template <typename Coder, RecordOf<CaptionChip> Record>
 void fields(Coder& coder, Record& chip) {
     coder.field("text", chip.text);
-    coder.field("alpha", chip.alpha);
+    coder.fieldOrNull("alpha", chip.alpha);
     coder.field("activeWord", chip.activeWord);
-    coder.field("fontScale", chip.fontScale);
+    coder.fieldOrNull("fontScale", chip.fontScale);
     coder.field("colorHex", chip.colorHex);
     coder.field("bgHex", chip.bgHex);
-    coder.field("bgAlpha", chip.bgAlpha);
-    coder.field("verticalPosition", chip.verticalPosition);
+    coder.fieldOrNull("bgAlpha", chip.bgAlpha);
+    coder.fieldOrNull("verticalPosition", chip.verticalPosition);
     coder.field("highlight", chip.highlight);
     coder.field("highlightHex", chip.highlightHex);
     coder.field("plate", chip.plate);
@@ -93,7 +93,7 @@ namespace {
 
 void fields(JsonWriter& writer, const FrameFacts& facts) {
     using Numbers = std::vector<double>;
-    writer.field("time", facts.time);
+    writer.fieldOrNull("time", facts.time);
     writer.field("canvas", std::vector<int>{facts.canvas.width, facts.canvas.height});
     writer.field("cursorImageSize", Numbers{facts.cursorImageSize.width, facts.cursorImageSize.height});
     writer.field("cursorHotspot", Numbers{facts.cursorHotspot.x, facts.cursorHotspot.y});

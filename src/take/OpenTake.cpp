@@ -2,6 +2,7 @@
 #include "take/OpenTake.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessaloom {
 namespace {
@@ -57,8 +58,9 @@ OpenTake OpenTake::open(const TakeBundle& bundle) {
     OpenTake take;
     take.bundle = bundle;
     finishIfInterrupted(bundle, take.warnings);
-    take.edit = readEditOrFresh(bundle, take.warnings);
-    take.log = readLogOrEmpty(bundle, take.warnings);
+    StoredRecords records = readRecords(bundle, take.warnings);
+    take.edit = std::move(records.edit);
+    take.log = std::move(records.log);
     deriveFixedValues(take);
     deriveTracks(take);
     const Trim trim = trimWithin(take.edit.trim, take.totalDuration);

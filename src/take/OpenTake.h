@@ -26,8 +26,8 @@ struct OpenTake {
     TakeBundle bundle;
     EditParams edit;
     EventLog log;
-    /// One sentence for each of the two JSON files that could not be read and was replaced by its defaults,
-    /// and for a broken-off recording that could not be completed.
+    /// One sentence about the JSON files that could not be read and were replaced by their defaults, and one
+    /// about a broken-off recording that could not be completed.
     Warnings warnings;
 
     /// Smoothed as the edit says.

@@ -15,6 +15,13 @@ using Warnings = std::vector<std::string>;
 /// Completes a take whose recorder died, if it can be.
 void finishIfInterrupted(const TakeBundle& bundle, Warnings& warnings);
 
+struct StoredRecords {
+    EditParams edit;
+    EventLog log;
+};
+
+/// Both, with a single sentence also when neither can be read.
+StoredRecords readRecords(const TakeBundle& bundle, Warnings& warnings);
 EditParams readEditOrFresh(const TakeBundle& bundle, Warnings& warnings);
 EventLog readLogOrEmpty(const TakeBundle& bundle, Warnings& warnings);
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <random>
 
 #include "commands/CommandTest.h"
@@ -81,8 +82,8 @@ TEST_F(DamagedRecordingTest, AMovieCutOffAnywhereIsExportedAsFarAsItGoesOrRefuse
 
 TEST_F(DamagedRecordingTest, ADamagedJsonFileIsAWarningAndTheWholeMovieIsExported) {
     const std::pair<std::string_view, const char*> files[] = {
-        {TakeBundle::editFile, "The recording's edit can't be read"},
-        {TakeBundle::eventsFile, "The recording's event log can't be read"}};
+        {TakeBundle::editFile, R"(The recording's "edit.json" can't be read)"},
+        {TakeBundle::eventsFile, R"(The recording's "events.json" can't be read)"}};
     for (const auto& [file, warning] : files) {
         const std::string sound = contentOf(bundle_.file(file));
         for (const char* content : {"", "{ \"version\": 1", "[]", "null", "\xff\xfe\x00"}) {
@@ -102,7 +103,9 @@ TEST_F(DamagedRecordingTest, ADamagedJsonFileIsAWarningAndTheWholeMovieIsExporte
 TEST_F(DamagedRecordingTest, AMovieAloneIsARecording) {
     fs::remove(bundle_.file(TakeBundle::editFile));
     fs::remove(bundle_.file(TakeBundle::eventsFile));
-    EXPECT_EQ(exported().status, 0);
+    const CommandResult film = exported();
+    EXPECT_EQ(film.status, 0);
+    EXPECT_EQ(std::ranges::count(film.errors, '\n'), 1) << film.errors;
     EXPECT_EQ(probeMovie(film_).packets.size(), 55U);
     const CommandResult frame = drawn();
     EXPECT_EQ(frame.status, 0);

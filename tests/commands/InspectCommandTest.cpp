@@ -212,10 +212,22 @@ TEST_F(InspectCommand, ANumberThatIsNotFiniteIsNullAndKeepsItsPlace) {
     bundle_.write(restingLog());
     EditParams edit = plainEdit();
     edit.cursorScale = 1e300;
+    edit.captions = {{.start = 0, .end = 2, .text = "line", .words = {}}};
+    edit.showCaptions = true;
+    edit.captionStyle.fontScale = 1e300;
+    edit.captionStyle.backgroundOpacity = -1e300;
+    edit.captionStyle.verticalPosition = 1e300;
+    edit.speed = 1e-320;
     bundle_.write(edit);
     const JsonDocument frame = onlyObject(facts({"frame", "a", "--at", "1", "--size", "1000x500"}));
     EXPECT_EQ(at(frame, "cursor"),
               R"({"content":[0,0,1000,500],"meta":[1000,500,0,1],"rect":[null,null,null,null]})");
+    EXPECT_EQ(at(frame, "caption"),
+              R"({"alpha":1,"bgAlpha":null,"bgHex":"#000000","colorHex":"#FFFFFF","fontScale":null,)"
+              R"("highlight":"box","highlightHex":"#FFD60A","plate":"bar","text":"line","uppercase":false,)"
+              R"("verticalPosition":null})");
+    const std::string cuts = withoutWhiteSpace(facts({"cuts", "a"}));
+    EXPECT_NE(cuts.find(R"("outputDuration":null)"), std::string::npos) << cuts;
 }
 
 TEST_F(InspectCommand, EachTimeHasItsObjectInTheOrderAskedFor) {
@@ -244,6 +256,13 @@ TEST_F(InspectCommand, DamagedRecordsCountAsEmptyWithOneWarning) {
               R"({"cameraBands":[],"kept":[[0,0]],"outputDuration":0,"playable":[[0,0.01]],"segments":[],)"
               R"("speed":1,"totalDuration":0,"trimEnd":0,"trimStart":0})");
     EXPECT_EQ(std::ranges::count(cuts.errors, '\n'), 1);
+    test::writeFile(bundle_.file(TakeBundle::editFile), "[]");
+    const CommandResult both = inspect({"cuts", "a"});
+    EXPECT_EQ(both.status, 0);
+    EXPECT_EQ(both.output, cuts.output);
+    EXPECT_EQ(std::ranges::count(both.errors, '\n'), 1);
+    for (const char* file : {"edit.json", "events.json"})
+        EXPECT_NE(both.errors.find(file), std::string::npos);
 }
 
 TEST_F(InspectCommand, ARecordThatIsNotAskedForIsNotMissed) {

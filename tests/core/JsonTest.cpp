@@ -6,7 +6,9 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <random>
+#include <string>
 
 namespace tessaloom {
 namespace {
@@ -99,6 +101,80 @@ TEST(Json, OfAKeyThatStandsTwiceTheLastCounts) {
     double number = 0;
     EXPECT_TRUE(JsonReader(*document).field("n", number));
     EXPECT_EQ(number, 3);
+}
+
+struct Reading {
+    const char* what;
+    std::string text;
+    /// Nothing where the text is no document.
+    std::optional<std::string> meaning;
+};
+
+TEST(Json, WhatIsADocumentAndWhatItMeans) {
+    using namespace std::literals;
+    const Reading readings[] = {
+        {"nothing", "", {}},
+        {"white space", " \n", {}},
+        {"an array", "[{}]", {}},
+        {"null", "null", {}},
+        {"cut off", R"({"a":1)", {}},
+        {"a byte order mark", "\uFEFF{\"a\":1}", R"({"a":1})"},
+        {"a byte order mark and a huge number", "\uFEFF{\"a\":1e999}", R"({"a":null})"},
+        {"two byte order marks", "\uFEFF\uFEFF{\"a\":1}", {}},
+        {"part of a byte order mark", "\xEF\xBB{\"a\":1}", {}},
+        {"the last byte of one", "\xBF{\"a\":1}", {}},
+        {"a byte order mark behind", "{}\uFEFF", {}},
+        {"a byte order mark alone", "\uFEFF", {}},
+        {"UTF-16, little end first", "\xFF\xFE{\0}\0"s, {}},
+        {"UTF-16, big end first", "\xFE\xFF\0{\0}"s, {}},
+        {"UTF-16 without a mark", "{\0}\0"s, {}},
+        {"white space around", " \t\r\n{} \t\r\n", "{}"},
+        {"another script's white space", "\u00A0{}", {}},
+        {"a zero byte behind", "{}\0"s, {}},
+        {"a word behind", "{} x", {}},
+        {"another brace behind", "{}}", {}},
+        {"another document behind", "{}{}", {}},
+        {"a comment", R"({/* so */"a":1})", {}},
+        {"a comment behind", "{} // so", {}},
+        {"a comma too many", R"({"a":1,})", {}},
+        {"single quotes", "{'a':1}", {}},
+        {"NaN", R"({"a":NaN})", {}},
+        {"Infinity", R"({"a":Infinity})", {}},
+        {"-Infinity", R"({"a":-Infinity})", {}},
+        {"a plus sign", R"({"a":+1})", {}},
+        {"a leading zero", R"({"a":01})", {}},
+        {"a line break in a text", "{\"a\":\"\n\"}", {}},
+        {"a surrogate pair", R"({"a":"\ud83D\uDE00"})", R"({"a":"😀"})"},
+        {"a leading surrogate alone", R"({"a":"x\ud800y","b":2})", "{\"a\":\"x\uFFFDy\",\"b\":2}"},
+        {"a trailing surrogate alone", R"({"a":"\udc00","b":2})", "{\"a\":\"\uFFFD\",\"b\":2}"},
+        {"one before a pair", R"({"a":"\ud800\ud83d\ude00"})", "{\"a\":\"\uFFFD😀\"}"},
+        {"one before another escape", R"({"a":"\udbff\n\u0041"})", R"({"a":"�\nA"})"},
+        {"one at a text's end", R"({"a":"\udbff"})", "{\"a\":\"\uFFFD\"}"},
+        {"one in a key", R"({"\udfff":1})", "{\"\uFFFD\":1}"},
+        {"a pair the wrong way round", R"({"a":"\ude00\ud83d"})", "{\"a\":\"\uFFFD\uFFFD\"}"},
+        {"no escape but a backslash", R"({"a":"\\ud800"})", R"({"a":"\\ud800"})"},
+        {"half an escape", R"({"a":"\ud8"})", {}},
+        {"a surrogate as bytes", "{\"a\":\"\xED\xA0\x80\"}", {}},
+        {"an overlong zero", "{\"a\":\"\xC0\x80\"}", {}},
+        {"a zero as an escape", R"({"a":"\u0000"})", R"({"a":"\u0000"})"},
+        {"a key twice", R"({"a":1,"a":2})", R"({"a":1,"a":2})"},
+    };
+    for (const Reading& reading : readings) {
+        const auto document = parseJsonObject(reading.text);
+        EXPECT_EQ(document ? std::optional(compactJson(*document)) : std::nullopt, reading.meaning)
+            << reading.what;
+    }
+}
+
+TEST(Json, WhatHasNoValueIsLeftOutOrNull) {
+    JsonDocument document;
+    JsonWriter writer(document, document.GetAllocator());
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_FALSE(writer.field("out", infinity));
+    writer.fieldOrNull("wide", infinity);
+    writer.fieldOrNull("narrow", std::nanf(""));
+    writer.fieldOrNull("number", 1.5);
+    EXPECT_EQ(compactJson(document), R"({"narrow":null,"number":1.5,"wide":null})");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
 namespace tessaloom {
@@ -54,6 +55,38 @@ TEST(KeyframeSweep, FindsWhatASearchThroughTheListFinds) {
                       }));
         }
     }
+}
+
+TEST(KeyframeSweep, StandsUntilAnAnswerChanges) {
+    std::mt19937 random(6);
+    const auto answers = [](const KeyframeSweep& sweep) {
+        return std::array{sweep.inForce(), sweep.before(), sweep.after()};
+    };
+    for (int round = 0; round < 200; ++round) {
+        const Keyframes keyframes = damagedKeyframes(random);
+        KeyframeSweep sweep(keyframes);
+        const double start = static_cast<double>(random() % 20);
+        sweep.advance(start);
+        KeyframeSweep later = sweep;
+        bool stands = true;
+        for (double time = start; time < 26; time += 0.5) {
+            later.advance(time);
+            stands = stands && answers(later) == answers(sweep);
+            if (sweep.standsUntil(time)) {
+                ASSERT_TRUE(stands) << time;
+            }
+        }
+    }
+    KeyframeSweep sweep(std::span<const ZoomKeyframe>{});
+    EXPECT_TRUE(sweep.standsUntil(1e9));
+    const Keyframes one{{Uuid::random(), 2, 5, {}, 0, 0}};
+    KeyframeSweep before(one);
+    before.advance(0);
+    EXPECT_TRUE(before.standsUntil(1.9));
+    EXPECT_FALSE(before.standsUntil(2));
+    before.advance(2);
+    EXPECT_TRUE(before.standsUntil(5));
+    EXPECT_FALSE(before.standsUntil(5.1));
 }
 
 }  // namespace

@@ -38,6 +38,8 @@ TEST(KeystrokeTrack, ALabelShowsForASecondAndFades) {
     EXPECT_EQ(one.chip(6), (KeystrokeChip{"⌘K", 1}));
     EXPECT_NEAR(one.chip(6.175)->alpha, 0.5, 1e-6);
     EXPECT_NEAR(one.chip(6.3499999)->alpha, 0, 1e-6);
+    ASSERT_TRUE(one.chip(6.35)) << "there to the last, though invisible";
+    EXPECT_NEAR(one.chip(6.35)->alpha, 0, 1e-6);
     EXPECT_EQ(one.chip(6.36), std::nullopt);
 }
 

@@ -56,6 +56,17 @@ TEST(ZoomEngine, WithoutPlacedClicksThereIsNoZoom) {
     EXPECT_TRUE(generate({{1, EventType::leftClick, std::nullopt, std::nullopt}, key(1.5)}).empty());
 }
 
+TEST(ZoomEngine, WhatIsDamagedInItsPlaceStillCountsInItsTime) {
+    const EventLog log = decodeEventLog(R"({"events": [
+        {"pts": 5, "type": "leftClick", "location": {"x": 0.5, "y": 0.5}},
+        {"pts": 6, "type": "keyDown", "location": "here"},
+        {"pts": 40, "type": "leftClick", "location": "there"}]})");
+    EXPECT_EQ(logDuration(log), 40);
+    const auto keyframes = ZoomEngine{}.generate(log, logDuration(log));
+    ASSERT_EQ(keyframes.size(), 1U) << "a click without a place can't zoom";
+    EXPECT_DOUBLE_EQ(keyframes[0].endPTS, 7.2) << "typing keeps the frame up";
+}
+
 TEST(ZoomEngine, ARecordingWithoutALengthHasNoZoom) {
     EXPECT_TRUE(generate({click(1)}, 0).empty());
     EXPECT_TRUE(generate({click(1)}, -1).empty());

@@ -328,6 +328,19 @@ TEST(FrameComposer, TheBubblePopsWhileItFades) {
     EXPECT_FALSE(composer.composeFrame(10.149, width, height).webcam) << "too faint to draw";
 }
 
+TEST(FrameComposer, ABubbleBeyondTheLimitsIsTheSameInEveryPart) {
+    for (const auto& [asked, drawn] : {std::pair{0.001, 0.05}, std::pair{7.0, 0.6}}) {
+        FrameComposer composer = withBubble();
+        composer.webcamConfig->relativeSize = drawn;
+        const Frame expected = composer.composeFrame(1, width, height);
+        composer.webcamConfig->relativeSize = asked;
+        const Frame frame = composer.composeFrame(1, width, height);
+        EXPECT_EQ(frame.webcam, expected.webcam) << asked;
+        EXPECT_EQ(frame.webcamKeepOut, bubbleRect(*composer.webcamConfig, width, height, 1)) << asked;
+        EXPECT_EQ(frame.webcamKeepOut, expected.webcamKeepOut) << asked;
+    }
+}
+
 TEST(FrameComposer, ASmallBubbleStillHasRoomForItsShadow) {
     FrameComposer composer = withBubble();
     composer.webcamConfig->relativeSize = 0.05;

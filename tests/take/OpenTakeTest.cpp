@@ -35,7 +35,10 @@ class OpenTakeTest : public ::testing::Test {
         bundle_.write(edit);
         return OpenTake::open(bundle_);
     }
-    void damage(std::string_view name) const { std::ofstream(bundle_.file(name)) << "{ not json"; }
+    void store(std::string_view name, const std::string& content) const {
+        std::ofstream(bundle_.file(name)) << content;
+    }
+    void damage(std::string_view name) const { store(name, "{ not json"); }
 
     test::TemporaryFolder folder_;
     TakeBundle bundle_;
@@ -161,19 +164,40 @@ TEST_F(OpenTakeTest, TheMoviesLengthStandsInForAnEmptyLog) {
     EXPECT_TRUE(opened({}).keptSegments(0).empty());
 }
 
-TEST_F(OpenTakeTest, DamagedFilesReadAsDefaultsWithAWarningEach) {
+TEST_F(OpenTakeTest, DamagedFilesReadAsDefaultsWithOneWarningThatNamesThem) {
     damage(TakeBundle::editFile);
+    const OpenTake withLog = OpenTake::open(bundle_);
+    EXPECT_EQ(withLog.edit, EditParams{});
+    EXPECT_EQ(withLog.warnings,
+              Warnings{"The recording's \"edit.json\" can't be read and counts as empty: The edit is not a "
+                       "JSON object."});
     damage(TakeBundle::eventsFile);
     const OpenTake take = OpenTake::open(bundle_);
     EXPECT_EQ(take.edit, EditParams{});
     EXPECT_EQ(take.log, EventLog{});
-    EXPECT_EQ(take.warnings.size(), 2U);
+    EXPECT_EQ(take.warnings,
+              Warnings{"The recording's \"edit.json\" and \"events.json\" can't be read and count as empty: "
+                       "The edit is not a JSON object. The event log is not a JSON object."});
 }
 
-TEST_F(OpenTakeTest, MissingFilesReadAsDefaultsWithAWarningEach) {
+TEST_F(OpenTakeTest, MissingFilesReadAsDefaultsWithOneWarning) {
     const OpenTake take = OpenTake::open(TakeBundle{folder_.path() / "not there"});
     EXPECT_EQ(take.edit, EditParams{});
-    EXPECT_EQ(take.warnings.size(), 2U);
+    ASSERT_EQ(take.warnings.size(), 1U);
+    EXPECT_NE(take.warnings.front().find("\"edit.json\" and \"events.json\""), std::string::npos);
+    EXPECT_NE(take.warnings.front().find(": No such file or directory. Can't open"), std::string::npos)
+        << "two sentences: " << take.warnings.front();
+}
+
+TEST_F(OpenTakeTest, AByteOrderMarkCostsNothing) {
+    EditParams edit;
+    edit.padding = 7;
+    store(TakeBundle::editFile, "\uFEFF" + encode(edit));
+    store(TakeBundle::eventsFile, "\uFEFF" + encode(logOf(3)));
+    const OpenTake take = OpenTake::open(bundle_);
+    EXPECT_EQ(take.edit, edit);
+    EXPECT_EQ(take.log, logOf(3));
+    EXPECT_TRUE(take.warnings.empty());
 }
 
 TEST_F(OpenTakeTest, ATakeWhoseRecorderDiedIsCompleted) {
