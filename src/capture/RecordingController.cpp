@@ -121,8 +121,8 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     co_await startScreen(target, std::move(systemAudio), cancel);
     if (cancel.stop_requested()) co_return false;
     if (!screen_->started()) throw CaptureError::noFrames();
-    if (mic_) mic_->arm(screen_->timelineOrigin());
     startInput();
+    if (mic_) mic_->arm(screen_->timelineOrigin());
     co_return true;
 }
 

@@ -75,7 +75,7 @@ class CameraPixels::JpegDecoder {
 CameraPixels::CameraPixels() = default;
 CameraPixels::~CameraPixels() = default;
 
-BgraView CameraPixels::toBgra(const CameraBuffer& buffer) {
+BgraView CameraPixels::toBgra(CameraBuffer buffer) {
     if (buffer.layout == Layout::mjpeg) {
         if (!jpeg_) jpeg_ = std::make_unique<JpegDecoder>();
         jpeg_->decode(buffer.bytes, image_);
@@ -84,6 +84,7 @@ BgraView CameraPixels::toBgra(const CameraBuffer& buffer) {
         picture.height &= ~1;
         return picture;
     }
+    if (buffer.stride == 0) buffer.stride = leastStride(buffer);
     requireWhole(buffer);
     if (buffer.layout == Layout::bgrx)
         return {buffer.bytes.data(), buffer.width, buffer.height, buffer.stride};

@@ -26,7 +26,8 @@ struct CameraBuffer {
     YuvEncoding encoding;  ///< for the YUV layouts
     int width = 0;         ///< even, as the height is
     int height = 0;
-    std::ptrdiff_t stride = 0;  ///< of the first plane, in bytes; the planes follow each other
+    /// Of the first plane, in bytes; 0 when its rows follow each other closely, as the planes do.
+    std::ptrdiff_t stride = 0;
     std::span<const std::uint8_t> bytes;
 };
 
@@ -38,7 +39,7 @@ class CameraPixels {
 
     /// Of even size, an odd row or column at the end left out; valid until the next call. Throws MediaError
     /// for a buffer that is too short or can't be decoded.
-    BgraView toBgra(const CameraBuffer& buffer);
+    BgraView toBgra(CameraBuffer buffer);
 
   private:
     class JpegDecoder;

@@ -95,6 +95,15 @@ TEST_P(CameraLayout, ABufferThatIsTooShortIsRefused) {
     EXPECT_THROW(pixels.toBgra(bufferOf(GetParam(), {}, 0)), MediaError);
 }
 
+TEST_P(CameraLayout, RowsWithoutAStrideFollowEachOther) {
+    const auto bytes = plainPicture(GetParam(), 0);
+    CameraBuffer buffer = bufferOf(GetParam(), bytes, 0);
+    buffer.stride = 0;
+    CameraPixels pixels;
+    const BgraView picture = pixels.toBgra(buffer);
+    EXPECT_NEAR(picture.row(height - 1)[4 * (width - 1)], bgr[0], 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, CameraLayout,
                          ::testing::Values(Layout::bgrx, Layout::rgbx, Layout::yuyv, Layout::nv12,
                                            Layout::i420));

@@ -64,12 +64,6 @@ double timeOf(const spa_buffer& buffer) {
     return std::abs(now - taken) < latestPlausibleDelay ? taken : now;
 }
 
-bool isDamaged(const spa_buffer& buffer) {
-    const spa_data& data = buffer.datas[0];
-    return buffer.n_datas == 0 || data.data == nullptr || data.chunk->size == 0 ||
-           (data.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0;
-}
-
 }  // namespace
 
 PipeWireCameraSource::PipeWireCameraSource(std::string node, std::string description)
@@ -124,16 +118,10 @@ void PipeWireCameraSource::formatChosen(const spa_pod& format) {
 }
 
 void PipeWireCameraSource::received(const spa_buffer& buffer, const pw_time&) {
-    if (isDamaged(buffer)) return;
-    const spa_data& data = buffer.datas[0];
     CameraBuffer picture = layout_;
-    const auto* bytes = static_cast<const std::uint8_t*>(data.data) + data.chunk->offset;
-    picture.bytes = {bytes, data.chunk->size};
-    // Some cameras leave it out when rows follow each other closely.
-    const int bytesPerPixel = picture.layout == Layout::yuyv                                     ? 2
-                              : picture.layout == Layout::bgrx || picture.layout == Layout::rgbx ? 4
-                                                                                                 : 1;
-    picture.stride = data.chunk->stride > 0 ? data.chunk->stride : picture.width * bytesPerPixel;
+    picture.bytes = contentOf(buffer);
+    if (picture.bytes.empty()) return;
+    picture.stride = buffer.datas[0].chunk->stride;
     try {
         handler_({.hostTime = timeOf(buffer), .pixels = pixels_.toBgra(picture)});
     } catch (const MediaError& error) {

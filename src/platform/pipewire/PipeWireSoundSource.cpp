@@ -62,11 +62,11 @@ void PipeWireSoundSource::formatChosen(const spa_pod&) {
 }
 
 void PipeWireSoundSource::received(const spa_buffer& buffer, const pw_time& time) {
-    const spa_data& data = buffer.datas[0];
-    if (data.data == nullptr || data.chunk->size == 0) return;
-    const auto* bytes = static_cast<const std::uint8_t*>(data.data) + data.chunk->offset;
-    const std::span samples(reinterpret_cast<const float*>(bytes), data.chunk->size / sizeof(float));
-    const auto frames = samples.size() / static_cast<std::size_t>(format().channels);
+    const auto bytes = contentOf(buffer);
+    const auto channels = static_cast<std::size_t>(format().channels);
+    const auto frames = bytes.size() / sizeof(float) / channels;
+    if (frames == 0) return;
+    const std::span samples(reinterpret_cast<const float*>(bytes.data()), frames * channels);
     handler_({.hostTime = timeOfFirst(frames, time),
               .samples = samples,
               .buffersLostBefore = lostBefore(frames, time)});

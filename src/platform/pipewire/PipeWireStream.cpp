@@ -4,6 +4,7 @@
 #include <spa/param/buffers.h>
 #include <spa/param/param.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <exception>
@@ -135,6 +136,16 @@ class Session {
 };
 
 }  // namespace
+
+std::span<const std::uint8_t> contentOf(const spa_buffer& buffer) {
+    if (buffer.n_datas == 0 || buffer.datas[0].data == nullptr) return {};
+    const spa_data& data = buffer.datas[0];
+    if ((data.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0) return {};
+    // Whoever sends may be mistaken about the size.
+    const auto offset = std::min(data.chunk->offset, data.maxsize);
+    const auto size = std::min(data.chunk->size, data.maxsize - offset);
+    return {static_cast<const std::uint8_t*>(data.data) + offset, size};
+}
 
 void PipeWireStream::start() {
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });

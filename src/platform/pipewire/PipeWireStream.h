@@ -5,11 +5,16 @@
 #include <spa/pod/builder.h>
 
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
+#include <span>
 #include <thread>
 #include <vector>
 
 namespace tessaloom {
+
+/// What a buffer brings; empty when there is nothing in it, or nothing that can be looked at.
+std::span<const std::uint8_t> contentOf(const spa_buffer& buffer);
 
 /// Receives from a node of the sound server on a thread of its own. When the node, or the server, goes away,
 /// connection and stream are opened anew until that works again.
