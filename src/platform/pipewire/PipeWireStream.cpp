@@ -45,6 +45,11 @@ class ArrivedBuffers {
         begin_.store(begin + 1, std::memory_order_release);
         return true;
     }
+    void clear() {
+        Arrived forgotten;
+        while (pop(forgotten)) {
+        }
+    }
 
   private:
     std::array<Arrived, mostBuffers> ring_{};
@@ -85,6 +90,8 @@ class Session {
         events.param_changed = [](void* data, std::uint32_t id, const spa_pod* value) {
             if (id == SPA_PARAM_Format && value != nullptr) static_cast<Session*>(data)->negotiate(*value);
         };
+        // Buffers are taken away when another device takes over: what still waits in them is lost.
+        events.remove_buffer = [](void* data, pw_buffer*) { static_cast<Session*>(data)->arrived_.clear(); };
         events.process = [](void* data) { static_cast<Session*>(data)->takeBuffers(); };
         return events;
     }
