@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "base/Log.h"
+#include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/RendererChoice.h"
 #include "shell/CommandLine.h"
@@ -36,7 +37,9 @@ int main(int argumentCount, char** argumentValues) {
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
+    PipeWireDevices devices;
     const CommandServices services{
-        capture, [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
+        capture, devices,
+        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

@@ -34,7 +34,7 @@ const char* messageOf(Exporter::Failure::Reason reason) {
 MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel, bool sound) {
     return {.container = MovieWriter::Container::mp4,
             .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel)),
-            .sound = sound};
+            .sound = sound ? std::optional(AacSettings{.sampleRate = soundRate}) : std::nullopt};
 }
 
 void throwIfStopped(const std::stop_token& stop) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "capture/CapturePlatform.h"
+#include "capture/RecordingDevices.h"
 #include "render/Renderer.h"
 #include "shell/CommandError.h"
 
@@ -14,6 +15,7 @@ namespace tessaloom {
 /// What the commands need of the machine they run on.
 struct CommandServices {
     CapturePlatform& capture;
+    RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
 };
 

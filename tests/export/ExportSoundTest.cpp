@@ -97,7 +97,7 @@ TEST_F(ExportSoundTest, CancellingEndsTheSoundToo) {
     auto mix = makeAudioMix(bundle_, settings({{0, 3600}}));
     ASSERT_TRUE(mix);
     MovieSink sink(MovieWriter::create(folder_.path() / "a.mp4",
-                                       {.video = H264Settings::exported(64, 36, 500'000), .sound = true}),
+                                       {.video = H264Settings::exported(64, 36, 500'000), .sound = AacSettings{.sampleRate = soundRate}}),
                    std::move(mix), stop.get_token());
     sink.append(0, plainYuv(64, 36, white), true);
     stop.request_stop();

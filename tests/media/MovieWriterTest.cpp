@@ -240,13 +240,13 @@ TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {
 
 TEST_F(MovieWriterTest, SoundAndPicturesStartTogether) {
     MovieWriter::Settings settings = exported();
-    settings.sound = true;
+    settings.sound = AacSettings{.sampleRate = soundRate};
     const auto writer = MovieWriter::create(file("a.mp4"), settings);
     const std::vector<double> times{0, 1, 2.5};
     test::MonoSource source(test::beeps(3, times));
     for (int n = 0; n < 180; ++n) {
         writer->appendVideo(test::plainYuv(width, height, test::pureRed), n * frame, frame);
-        writer->appendSound(test::pull(source, soundRate / 60));
+        writer->appendSound(interleaved(test::pull(source, soundRate / 60)));
     }
     writer->finish();
 
@@ -271,14 +271,14 @@ TEST_F(MovieWriterTest, SoundAndPicturesStartTogether) {
 
 TEST_F(MovieWriterTest, SoundIsEncodedAt128KilobitsASecond) {
     MovieWriter::Settings settings = exported();
-    settings.sound = true;
+    settings.sound = AacSettings{.sampleRate = soundRate};
     const auto writer = MovieWriter::create(file("a.mp4"), settings);
     std::mt19937 generator(1);
     std::vector<StereoSample> sound(10 * soundRate);
     for (StereoSample& sample : sound)
         sample = {static_cast<float>(generator()) / 6e9F, static_cast<float>(generator()) / 6e9F};
     writer->appendVideo(test::plainYuv(width, height, test::pureRed), 0, 10);
-    writer->appendSound(sound);
+    writer->appendSound(interleaved(sound));
     writer->finish();
     EXPECT_NEAR(test::probeSound(file("a.mp4"))->bitRate, 128'000, 8'000);
 }
