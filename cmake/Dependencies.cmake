@@ -2,7 +2,7 @@
 include(GoogleTest)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui ShaderTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Quick ShaderTools)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 find_package(GTest REQUIRED)
 find_package(benchmark REQUIRED)

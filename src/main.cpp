@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <csignal>
 #include <memory>
+#include <string_view>
 
 #include "base/Log.h"
 #include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/RendererChoice.h"
 #include "shell/CommandLine.h"
+#include "shell/InterruptMask.h"
 
 namespace {
 
@@ -22,6 +25,30 @@ std::unique_ptr<QTemporaryDir> runtimeFolderIfMissing() {
     return folder;
 }
 
+void setDefault(const char* variable, const char* value) {
+    if (qEnvironmentVariableIsEmpty(variable)) qputenv(variable, value);
+}
+
+/// The commands draw text but open no window, and must work without a display; only a recording shows itself
+/// where there is one. Its few small windows are drawn soonest without a GPU.
+void choosePlatform(const char* command) {
+    const bool showsWindows =
+        std::string_view(command) == "record" && tessaloom::X11CapturePlatform::isThere();
+    qputenv("QT_QPA_PLATFORM", showsWindows ? "xcb" : "offscreen");
+    if (!showsWindows) return;
+    setDefault("QT_QUICK_BACKEND", "software");
+    setDefault("QT_XCB_GL_INTEGRATION", "none");
+    // Where the session has no bus, Qt would start one that outlives us.
+    const bool hasBus = QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus");
+    if (!hasBus) setDefault("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
+/// The threads that come with it leave interrupts to the main one. `argumentCount` must outlive it.
+std::unique_ptr<QGuiApplication> makeApplication(int& argumentCount, char** argumentValues) {
+    const tessaloom::InterruptMask mask;
+    return std::make_unique<QGuiApplication>(argumentCount, argumentValues);
+}
+
 }  // namespace
 
 /// Above everything: picks what fills each role on this machine and hands it down.
@@ -30,12 +57,13 @@ int main(int argumentCount, char** argumentValues) {
     const auto runtimeFolder = runtimeFolderIfMissing();
     // A display server that dies while it is written to must not take the recording with it.
     std::signal(SIGPIPE, SIG_IGN);
-    // The commands draw text but open no window; without this they would need a display to export.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    choosePlatform(argumentCount > 1 ? argumentValues[1] : "");
     // A file that grows past a limit is then an error like a full disk, which cleans up, instead of the end.
     std::signal(SIGXFSZ, SIG_IGN);
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
-    const QGuiApplication application(argumentCount, argumentValues);
+    const auto application = makeApplication(argumentCount, argumentValues);
+    // A countdown that goes off the screen is not the end.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     X11CapturePlatform capture;
     PipeWireDevices devices;
     const CommandServices services{

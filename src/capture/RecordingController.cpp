@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/RecordingController.h"
 
-#include <QCoroTimer>
 #include <QDateTime>
 #include <algorithm>
 #include <chrono>
@@ -114,7 +113,8 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio);
 
     const int countdown = preferences.countdownSeconds;
-    co_await countDown(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown, cancel);
+    co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
+                            cancel);
     if (cancel.stop_requested()) co_return false;
     if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit);
 
@@ -235,20 +235,6 @@ void RecordingController::announceEnd(const std::string& reason) {
     const auto text = QString::fromStdString(reason);
     QMetaObject::invokeMethod(
         this, [this, text] { Q_EMIT sourceEnded(text); }, Qt::QueuedConnection);
-}
-
-QCoro::Task<> RecordingController::countDown(int seconds, std::stop_token cancel) {
-    if (seconds < 1) co_return;
-    constexpr int slicesPerSecond = 10;
-    for (int left = seconds; left > 0 && !cancel.stop_requested(); --left) {
-        presenter_.showCountdown(left);
-        for (int slice = 0; slice < slicesPerSecond && !cancel.stop_requested(); ++slice) {
-            co_await QCoro::sleepFor(100ms);
-        }
-    }
-    presenter_.hideCountdown();
-    // The countdown needs a moment to be really off the screen.
-    co_await QCoro::sleepFor(120ms);
 }
 
 void RecordingController::startInput() {

@@ -13,6 +13,7 @@
 
 #include "capture/CapturePlatform.h"
 #include "capture/CaptureSource.h"
+#include "capture/CountdownController.h"
 #include "capture/InputRecorder.h"
 #include "capture/MicRecorder.h"
 #include "capture/PermissionsManager.h"
@@ -52,6 +53,7 @@ class RecordingController : public QObject {
         : platform_(platform),
           devices_(devices),
           presenter_(presenter),
+          countdown_(platform, presenter),
           permissions_(std::move(permissions)) {}
 
     State state() const { return state_; }
@@ -88,7 +90,6 @@ class RecordingController : public QObject {
     QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
     QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
     QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
-    QCoro::Task<> countDown(int seconds, std::stop_token cancel);
     QCoro::Task<> startScreen(CaptureTarget target, std::unique_ptr<LiveSoundSource> systemAudio,
                               std::stop_token cancel);
     void announceEnd(const std::string& reason);
@@ -104,6 +105,7 @@ class RecordingController : public QObject {
     CapturePlatform& platform_;
     RecordingDevices& devices_;
     RecordingPresenter& presenter_;
+    CountdownController countdown_;
     PermissionsManager permissions_;
     State state_ = State::idle;
     std::optional<std::filesystem::path> lastBundle_;

@@ -5,22 +5,8 @@
 #include <unistd.h>
 
 namespace tessaloom {
-namespace {
-
-sigset_t interrupts() {
-    sigset_t signals{};
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGHUP);
-    return signals;
-}
-
-}  // namespace
-
 InterruptSignals::InterruptSignals(std::function<void()> onInterrupt) {
-    const sigset_t wanted = interrupts();
-    pthread_sigmask(SIG_BLOCK, &wanted, &previousMask_);
+    const sigset_t wanted = InterruptMask::interrupts();
     signals_ = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
     notifier_ = std::make_unique<QSocketNotifier>(signals_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
@@ -33,7 +19,6 @@ InterruptSignals::InterruptSignals(std::function<void()> onInterrupt) {
 InterruptSignals::~InterruptSignals() {
     notifier_.reset();
     close(signals_);
-    pthread_sigmask(SIG_SETMASK, &previousMask_, nullptr);
 }
 
 }  // namespace tessaloom

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <QSocketNotifier>
-#include <csignal>
 #include <functional>
 #include <memory>
+
+#include "shell/InterruptMask.h"
 
 namespace tessaloom {
 
@@ -18,7 +19,7 @@ class InterruptSignals {
     InterruptSignals& operator=(const InterruptSignals&) = delete;
 
   private:
-    sigset_t previousMask_{};
+    InterruptMask mask_;
     int signals_ = -1;  ///< file descriptor, closed at the end
     std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -2,15 +2,20 @@
 #include "shell/RecordCommand.h"
 
 #include <QCoroTimer>
+#include <QGuiApplication>
 #include <QPromise>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <thread>
 
 #include "base/BoundedWait.h"
 #include "capture/RecordingController.h"
+#include "shell/CommandPresenter.h"
+#include "shell/ExitGuard.h"
 #include "shell/InterruptSignals.h"
 #include "shell/ProgressLine.h"
 #include "shell/RecordArguments.h"
@@ -21,28 +26,13 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-class TerminalPresenter final : public RecordingPresenter {
-  public:
-    explicit TerminalPresenter(ProgressLine& line) : line_(line) {}
+/// Beyond all that the end of a recording waits for.
+constexpr auto completionLimit = 40s;
 
-    void showCountdown(int secondsLeft) override {
-        line_.show("Recording starts in " + std::to_string(secondsLeft) + " …");
-    }
-    void hideCountdown() override { line_.show(std::string()); }
-
-    // Nobody may be there to answer, and a recording with less in it is better than none.
-    QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
-        std::cerr << "This recording will have no microphone audio. " << reason << '\n';
-        co_return true;
-    }
-    QCoro::Task<> tellWithoutCamera(std::string reason) override {
-        std::cerr << "Recording without the camera. " << reason << '\n';
-        co_return;
-    }
-
-  private:
-    ProgressLine& line_;
-};
+/// None where Qt has no screen to show them on.
+std::unique_ptr<RecordingWindows> windowsIfVisible() {
+    return QGuiApplication::platformName() == "offscreen" ? nullptr : std::make_unique<RecordingWindows>();
+}
 
 /// One run of the command, from the first countdown second to the stored bundle.
 class RecordRun {
@@ -50,7 +40,6 @@ class RecordRun {
     RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices)
         : arguments_(arguments),
           interrupts_([this] { interrupt(); }),
-          presenter_(line_),
           controller_(platform, devices, presenter_) {
         end_.start();
         QObject::connect(&controller_, &RecordingController::sourceEnded, &controller_,
@@ -72,11 +61,13 @@ class RecordRun {
     /// A task that ends by an exception never wakes the one who waits for it.
     QCoro::Task<ExitStatus> runCatching(std::exception_ptr& failure) {
         try {
-            co_return co_await run();
+            status_ = co_await run();
+            co_return *status_;
         } catch (...) {
             failure = std::current_exception();
         }
-        co_return ExitStatus::failed;
+        status_ = ExitStatus::failed;
+        co_return *status_;
     }
 
     QCoro::Task<ExitStatus> run() {
@@ -110,6 +101,18 @@ class RecordRun {
         end_.finish();
     }
 
+    /// The screen is gone, and with it Qt's event loop, whose posted events are all that still arrives.
+    void finishWithoutEventLoop() {
+        if (controller_.state() == RecordingController::State::starting) return;
+        const auto limit = steady_clock::now() + completionLimit;
+        while (!status_ && steady_clock::now() < limit) {
+            QCoreApplication::sendPostedEvents();
+            std::this_thread::sleep_for(5ms);
+        }
+        // Threads may be at work on what an ordinary exit takes down.
+        if (status_) std::_Exit(static_cast<int>(*status_));
+    }
+
     QCoro::Task<> untilEnd() {
         const auto start = steady_clock::now();
         bool ended = false;
@@ -133,10 +136,12 @@ class RecordRun {
     std::stop_source cancel_;
     QPromise<void> end_;
     std::optional<std::string> endReason_;
+    std::optional<ExitStatus> status_;
     InterruptSignals interrupts_;
     ProgressLine line_{"Recording"};
-    TerminalPresenter presenter_;
+    CommandPresenter presenter_{line_, windowsIfVisible()};
     RecordingController controller_;
+    ExitGuard finishFirst_{[this] { finishWithoutEventLoop(); }};
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "capture/CaptureError.h"
+#include "capture/NotingPresenter.h"
 #include "capture/ScriptedDevices.h"
 #include "capture/ScriptedPlatform.h"
 #include "media/MovieReader.h"
@@ -18,25 +19,6 @@ namespace {
 
 using Script = test::ScriptedStream::Script;
 using State = RecordingController::State;
-
-/// Notes what it was asked and told.
-class NotingPresenter final : public RecordingPresenter {
-  public:
-    std::vector<std::string> told;
-    std::vector<int> countdown;
-    bool goesOn = true;
-
-    void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
-    void hideCountdown() override {}
-    QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
-        told.push_back("microphone: " + reason);
-        co_return goesOn;
-    }
-    QCoro::Task<> tellWithoutCamera(std::string reason) override {
-        told.push_back("camera: " + reason);
-        co_return;
-    }
-};
 
 class Recording : public ::testing::Test {
   protected:
@@ -62,7 +44,7 @@ class Recording : public ::testing::Test {
     test::ScriptedPlatform platform;
     test::ScriptedDevices devices;
     test::TemporaryFolder folder;
-    NotingPresenter presenter;
+    test::NotingPresenter presenter;
     RecordingPreferences preferences;
     std::stop_source cancel;
     RecordingController controller{platform, devices, presenter};
@@ -199,7 +181,7 @@ TEST_F(Recording, AnAgentIsWarnedWhereAUserIsAsked) {
 
 TEST_F(Recording, AnAgentsCountdownWarnsWhoeverIsWatching) {
     start(StartedBy::agent);
-    EXPECT_EQ(presenter.countdown, (std::vector<int>{3, 2, 1}));
+    EXPECT_EQ(presenter.countdown, (std::vector<int>{3, 2, 1, 0}));
     stop();
 }
 

@@ -46,23 +46,26 @@ class StillPointer final : public PointerSource {
     void stop() override {}
 };
 
-/// Reports nothing, or refuses to start.
-class SilentInput final : public InputEventSource {
+/// Reports one key press as it starts, or none, or refuses to start.
+class ScriptedInput final : public InputEventSource {
   public:
-    explicit SilentInput(bool refuses) : refuses_(refuses) {}
-    void start(Handler) override {
+    ScriptedInput(bool refuses, std::string key) : refuses_(refuses), key_(std::move(key)) {}
+    void start(Handler handler) override {
         if (refuses_) throw std::runtime_error("The script refuses.");
+        if (!key_.empty()) handler({HostClock::seconds(), RawInput::Kind::key, key_, {}});
     }
     void stop() override {}
 
   private:
     bool refuses_;
+    std::string key_;
 };
 
 /// One small display whose sources follow a script.
 struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
     bool refusesInput = false;
+    std::string pressedKey;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
@@ -70,7 +73,7 @@ struct ScriptedPlatform final : CapturePlatform {
     }
     std::unique_ptr<PointerSource> makePointerSource() override { return std::make_unique<StillPointer>(); }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
-        return std::make_unique<SilentInput>(refusesInput);
+        return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
     }
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11CapturePlatform.h"
 
+#include "capture/CaptureError.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11InputSource.h"
 #include "platform/x11/X11PointerSource.h"
@@ -8,6 +9,14 @@
 #include "platform/x11/X11ShareableContent.h"
 
 namespace tessaloom {
+
+bool X11CapturePlatform::isThere() {
+    try {
+        return X11Connection::open() != nullptr;
+    } catch (const CaptureError&) {
+        return false;
+    }
+}
 
 ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*X11Connection::open());

@@ -8,6 +8,9 @@ namespace tessaloom {
 /// Recording on an X server, the one named by DISPLAY at the time of each call.
 class X11CapturePlatform final : public CapturePlatform {
   public:
+    /// Whether a server answers.
+    static bool isThere();
+
     ShareableContent shareableContent() override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;

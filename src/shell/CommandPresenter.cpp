@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/CommandPresenter.h"
+
+#include <iostream>
+
+namespace tessaloom {
+
+void CommandPresenter::showCountdown(int secondsLeft) {
+    line_.show("Recording starts in " + std::to_string(secondsLeft) + " …");
+    if (windows_) windows_->showCountdown(secondsLeft);
+}
+
+void CommandPresenter::hideCountdown() {
+    line_.show(std::string());
+    if (windows_) windows_->hideCountdown();
+}
+
+// Nobody may be there to answer, and a recording with less in it is better than none.
+QCoro::Task<bool> CommandPresenter::confirmWithoutMicrophone(std::string reason) {
+    std::cerr << "This recording will have no microphone audio. " << reason << '\n';
+    co_return true;
+}
+
+QCoro::Task<> CommandPresenter::tellWithoutCamera(std::string reason) {
+    std::cerr << "Recording without the camera. " << reason << '\n';
+    co_return;
+}
+
+}  // namespace tessaloom

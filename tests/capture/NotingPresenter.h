@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "capture/RecordingPresenter.h"
+
+namespace tessaloom::test {
+
+/// Notes what it was asked and told, and shows nothing.
+class NotingPresenter final : public RecordingPresenter {
+  public:
+    std::vector<std::string> told;
+    std::vector<int> countdown;  ///< the numbers shown; 0 for being hidden
+    bool goesOn = true;
+
+    void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
+    void hideCountdown() override { countdown.push_back(0); }
+    QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
+        told.push_back("microphone: " + reason);
+        co_return goesOn;
+    }
+    QCoro::Task<> tellWithoutCamera(std::string reason) override {
+        told.push_back("camera: " + reason);
+        co_return;
+    }
+};
+
+}  // namespace tessaloom::test
