@@ -7,12 +7,31 @@
 #include <stdexcept>
 #include <vector>
 
+#include "capture/PictureItem.h"
+
 namespace tessaloom {
 namespace {
 
 /// The window manager has no say: it would place, frame and focus the window.
 constexpr Qt::WindowFlags overlayFlags = Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
                                          Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus;
+
+constexpr Qt::WindowFlags desktopFlags =
+    Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput;
+
+/// Of X11's window types, as Qt numbers them in this property of a window.
+constexpr const char* windowTypeProperty = "_q_xcb_wm_window_type";
+constexpr int desktopType = 2;
+
+void loadView(QQuickView& window, const QString& view, const QVariantMap& properties) {
+    static const int registered = qmlRegisterType<PictureItem>("Tessaloom.Capture", 1, 0, "PictureItem");
+    Q_UNUSED(registered);
+    window.setResizeMode(QQuickView::SizeRootObjectToView);
+    window.setInitialProperties(properties);
+    window.setSource(QUrl("qrc:/tessaloom/capture/" + view));
+    if (window.status() != QQuickView::Ready)
+        throw std::runtime_error(window.errors().value(0).toString().toStdString());
+}
 
 }  // namespace
 
@@ -24,12 +43,18 @@ std::unique_ptr<QQuickView> makeOverlayWindow(const QString& view, QSize size, c
     window->setFormat(format);
     window->setColor(Qt::transparent);
     window->setFlags(overlayFlags | flags);
-    window->setResizeMode(QQuickView::SizeRootObjectToView);
     window->resize(size);
-    window->setInitialProperties(properties);
-    window->setSource(QUrl("qrc:/tessaloom/capture/" + view));
-    if (window->status() != QQuickView::Ready)
-        throw std::runtime_error(window->errors().value(0).toString().toStdString());
+    loadView(*window, view, properties);
+    return window;
+}
+
+std::unique_ptr<QQuickView> makeDesktopWindow(const QString& view, QSize size,
+                                              const QVariantMap& properties) {
+    auto window = std::make_unique<QQuickView>();
+    window->setFlags(desktopFlags);
+    window->setProperty(windowTypeProperty, desktopType);
+    window->resize(size);
+    loadView(*window, view, properties);
     return window;
 }
 

@@ -13,6 +13,9 @@ namespace tessaloom {
 std::unique_ptr<QQuickView> makeOverlayWindow(const QString& view, QSize size, const QVariantMap& properties,
                                               Qt::WindowFlags flags = Qt::WindowTransparentForInput);
 
+/// A window as large, that lies behind all windows but in front of the desktop's icons, and takes no input.
+std::unique_ptr<QQuickView> makeDesktopWindow(const QString& view, QSize size, const QVariantMap& properties);
+
 /// The rectangle with rounded corners, to be a window's mask: without a compositing manager nothing is
 /// see-through, and what lies outside a round view would be black.
 QRegion roundedRegion(const QRect& rect, double radius);

@@ -110,6 +110,7 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     co_await prepareCamera(preferences.captureWebcam, preferences.webcamDeviceID, by);
     // The camera's file begins during the countdown, so that it is really being written before the screen is.
     if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
+    if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
     auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio);
 
     const int countdown = preferences.countdownSeconds;
@@ -165,6 +166,7 @@ QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identi
     std::string reason;
     try {
         webcam_ = co_await openCamera(std::move(identifier));
+        presenter_.showCamera(*webcam_, cameraChoice_);
         co_return;
     } catch (const std::exception& error) {
         reason = error.what();
@@ -199,7 +201,8 @@ QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAud
     co_return std::unique_ptr<LiveSoundSource>();
 }
 
-QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamDeviceID) {
+QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamDeviceID,
+                                                    CameraChoice choice) {
     if (state_ != State::idle || on == hasCameraPreview()) co_return;
     if (!on) {
         co_await setPreview(nullptr);
@@ -208,6 +211,7 @@ QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamD
     try {
         auto camera = co_await openCamera(std::move(webcamDeviceID));
         co_await setPreview(std::move(camera));
+        presenter_.showCamera(*previewWebcam_, choice);
     } catch (const std::exception& error) {
         qCCritical(Log::recording, "Camera preview unavailable: %s", error.what());
     }
@@ -216,7 +220,9 @@ QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamD
 /// Lets go of the camera that was warm before.
 QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> camera) {
     const auto old = std::exchange(previewWebcam_, std::move(camera));
-    if (old) co_await old->stop();
+    if (!old) co_return;
+    presenter_.hideCamera();
+    co_await old->stop();
 }
 
 QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
@@ -279,6 +285,8 @@ void RecordingController::showCameraInEdit() const {
 
 QCoro::Task<> RecordingController::stop() {
     if (state_ != State::recording || !bundle_ || !screen_) co_return;
+    presenter_.restoreDesktopIcons();
+    presenter_.hideCamera();
     setState(State::finishing);
     if (mic_) co_await mic_->stop();
     co_await screen_->stop();
@@ -321,6 +329,8 @@ void RecordingController::storeLog(const EventLog& log) {
 }
 
 QCoro::Task<> RecordingController::abortCapture() {
+    presenter_.restoreDesktopIcons();
+    presenter_.hideCamera();
     co_await setPreview(nullptr);
     if (screen_) co_await screen_->stop();
     if (input_) {

@@ -68,7 +68,7 @@ class RecordingController : public QObject {
 
     /// Warms the camera up while no recording is going on, or lets it go. A recording that wants the camera
     /// takes over the warm one. A camera that can't be opened is logged, and stays off.
-    QCoro::Task<> setCameraPreview(bool on, std::string webcamDeviceID);
+    QCoro::Task<> setCameraPreview(bool on, std::string webcamDeviceID, CameraChoice choice = {});
     bool hasCameraPreview() const { return previewWebcam_ != nullptr; }
 
     /// Does nothing unless a recording is going on. Never loses what was recorded.

@@ -21,6 +21,7 @@ CameraChoice storedCamera(const Defaults& defaults) {
 RecordingPreferences RecordingPreferences::stored(const Defaults& defaults) {
     return {.countdownSeconds = defaults.integer("countdownSeconds").value_or(3),
             .libraryFolder = Defaults::libraryFolder(),
+            .hideDesktopIcons = defaults.boolean("hideDesktopIcons").value_or(false),
             .captureMicrophone = defaults.boolean("captureMic").value_or(true),
             .captureWebcam = defaults.boolean("captureWebcam").value_or(false),
             .captureSystemAudio = defaults.boolean("captureSystemAudio").value_or(true),

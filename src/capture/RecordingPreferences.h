@@ -14,6 +14,8 @@ struct RecordingPreferences {
     int countdownSeconds = 3;  ///< 0 or less: none
     std::filesystem::path libraryFolder;
 
+    bool hideDesktopIcons = false;
+
     bool captureMicrophone = true;
     bool captureWebcam = false;
     bool captureSystemAudio = true;

@@ -4,6 +4,9 @@
 #include <QCoroTask>
 #include <string>
 
+#include "capture/WebcamRecorder.h"
+#include "motion/FirstEdit.h"
+
 namespace tessaloom {
 
 /// What a recording shows to its user: windows in the application, lines on a terminal for the command line.
@@ -16,6 +19,14 @@ class RecordingPresenter {
     virtual void showCountdown(int secondsLeft) = 0;
     /// The countdown must be off the screen when this returns.
     virtual void hideCountdown() = 0;
+
+    /// The camera runs, as it will be seen. Until hideCamera(), which comes before the camera ends.
+    virtual void showCamera(WebcamRecorder& camera, const CameraChoice& choice) = 0;
+    virtual void hideCamera() = 0;
+
+    /// The icons on the desktop are not to be in the picture.
+    virtual void hideDesktopIcons() = 0;
+    virtual void restoreDesktopIcons() = 0;
 
     /// The microphone can't be recorded, for the reason given. True to record without it, false to give up.
     virtual QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) = 0;

@@ -23,4 +23,12 @@ void RecordingWindows::showCountdown(int secondsLeft) {
     showIfPossible([&] { countdown_.show(secondsLeft); });
 }
 
+void RecordingWindows::showCamera(WebcamRecorder& camera, const CameraChoice& choice) {
+    showIfPossible([&] { camera_.show(camera, choice); });
+}
+
+void RecordingWindows::hideDesktopIcons() {
+    showIfPossible([&] { icons_.hide(); });
+}
+
 }  // namespace tessaloom

@@ -30,6 +30,7 @@ struct WebcamRecorder::Recording {
     std::mutex lock;  ///< guards what follows, up to the source
     std::optional<std::filesystem::path> file;
     std::optional<double> fileStartHostTime;
+    std::shared_ptr<const CameraSource::Handler> preview;
     QPromise<void> begun;
     bool failed = false;
     int width = 0;
@@ -40,6 +41,12 @@ struct WebcamRecorder::Recording {
 };
 
 void WebcamRecorder::Recording::receive(const CameraPicture& picture) {
+    {
+        std::unique_lock guard(lock);
+        const auto shown = preview;
+        guard.unlock();
+        if (shown) (*shown)(picture);
+    }
     const std::lock_guard guard(lock);
     if (!file || failed) return;
     try {
@@ -99,6 +106,11 @@ void WebcamRecorder::startRecording(const std::filesystem::path& file) {
     std::filesystem::remove(file, ignored);
     recording_->file = file;
     qCInfo(Log::webcam, "Webcam recording started");
+}
+
+void WebcamRecorder::setPreview(CameraSource::Handler handler) {
+    const std::lock_guard guard(recording_->lock);
+    recording_->preview = std::make_shared<const CameraSource::Handler>(std::move(handler));
 }
 
 std::optional<double> WebcamRecorder::fileStartHostTime() const {

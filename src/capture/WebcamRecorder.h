@@ -22,6 +22,9 @@ class WebcamRecorder {
     /// The camera's next picture is the first of this file, which replaces any that is there. Called once.
     void startRecording(const std::filesystem::path& file);
 
+    /// Each picture from now on goes there too, on the camera's own thread, until another call replaces it.
+    void setPreview(CameraSource::Handler handler);
+
     /// HostClock seconds at which the file's first picture was taken; nothing before it. Any thread.
     std::optional<double> fileStartHostTime() const;
 

@@ -27,7 +27,7 @@ struct Command {
 
 constexpr std::array commands = {
     Command{"record", "record the screen",
-            R"(Usage: tessaloom record [--display N | --area X,Y,W,H | --window APP [--title TEXT]]
+            R"(Usage: tessaloom record [--display N | --area X,Y,W,H|select | --window APP [--title TEXT]]
                         [--microphone|--no-microphone] [--camera|--no-camera]
                         [--system-audio|--no-system-audio] [--countdown S] [--duration S]
 
@@ -36,7 +36,7 @@ Clicks and shortcut keys are noted beside the picture, and zooms are made from t
 Plain typing is never noted.
 
   --display N      a display by number, counted from 0 (without a source: the main display)
-  --area X,Y,W,H   a part of the screen
+  --area X,Y,W,H   a part of the screen; --area select to drag it out with the mouse
   --window APP     a window by its application's name, also while others cover it
   --title TEXT     the one of APP's windows whose title contains TEXT
   --microphone     with the microphone, --no-microphone without (stored choice, else with)

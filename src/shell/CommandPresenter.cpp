@@ -15,6 +15,22 @@ void CommandPresenter::hideCountdown() {
     if (windows_) windows_->hideCountdown();
 }
 
+void CommandPresenter::showCamera(WebcamRecorder& camera, const CameraChoice& choice) {
+    if (windows_) windows_->showCamera(camera, choice);
+}
+
+void CommandPresenter::hideCamera() {
+    if (windows_) windows_->hideCamera();
+}
+
+void CommandPresenter::hideDesktopIcons() {
+    if (windows_) windows_->hideDesktopIcons();
+}
+
+void CommandPresenter::restoreDesktopIcons() {
+    if (windows_) windows_->restoreDesktopIcons();
+}
+
 // Nobody may be there to answer, and a recording with less in it is better than none.
 QCoro::Task<bool> CommandPresenter::confirmWithoutMicrophone(std::string reason) {
     std::cerr << "This recording will have no microphone audio. " << reason << '\n';

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <memory>
-
 #include "capture/RecordingPresenter.h"
 #include "capture/RecordingWindows.h"
 #include "shell/ProgressLine.h"
@@ -13,17 +11,20 @@ namespace tessaloom {
 class CommandPresenter final : public RecordingPresenter {
   public:
     /// No `windows` without a screen.
-    CommandPresenter(ProgressLine& line, std::unique_ptr<RecordingWindows> windows)
-        : line_(line), windows_(std::move(windows)) {}
+    CommandPresenter(ProgressLine& line, RecordingWindows* windows) : line_(line), windows_(windows) {}
 
     void showCountdown(int secondsLeft) override;
     void hideCountdown() override;
+    void showCamera(WebcamRecorder& camera, const CameraChoice& choice) override;
+    void hideCamera() override;
+    void hideDesktopIcons() override;
+    void restoreDesktopIcons() override;
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override;
     QCoro::Task<> tellWithoutCamera(std::string reason) override;
 
   private:
     ProgressLine& line_;
-    std::unique_ptr<RecordingWindows> windows_;
+    RecordingWindows* windows_;
 };
 
 }  // namespace tessaloom

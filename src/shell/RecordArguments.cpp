@@ -12,6 +12,9 @@ namespace {
 /// Anything smaller is a slip of the hand, not an area.
 constexpr double smallestAreaSide = 8;
 
+/// In the place of an area's numbers.
+const QString selectedArea = "select";
+
 Rect parseArea(const QString& text) {
     const QStringList parts = text.split(',');
     double values[4] = {};
@@ -20,7 +23,7 @@ Rect parseArea(const QString& text) {
         values[i] = parts[i].toDouble(&ok);
         ok = ok && std::isfinite(values[i]);
     }
-    if (!ok) throw UsageError("--area takes four numbers: X,Y,WIDTH,HEIGHT.");
+    if (!ok) throw UsageError("--area takes four numbers, X,Y,WIDTH,HEIGHT, or the word select.");
     if (!(values[2] > smallestAreaSide && values[3] > smallestAreaSide)) {
         throw UsageError("The area must be wider and taller than 8 points.");
     }
@@ -36,7 +39,7 @@ CaptureSource parseSource(const Arguments& arguments) {
         throw UsageError("Choose one of --display, --area and --window.");
     }
     if (title && !window) throw UsageError("--title narrows down --window, which is missing.");
-    if (area) return RegionSource{parseArea(*area)};
+    if (area && *area != selectedArea) return RegionSource{parseArea(*area)};
     if (display) return DisplaySource{*display};
     if (!window) return MainDisplaySource{};
     if (window->isEmpty()) throw UsageError("--window takes an application's name.");
@@ -72,6 +75,7 @@ RecordArguments RecordArguments::parse(const QStringList& words) {
                                {"no-system-audio", {}, {}}},
                               {});
     RecordArguments parsed{.source = parseSource(arguments),
+                           .selectsArea = arguments.text("area") == selectedArea,
                            .countdownSeconds = arguments.integer("countdown"),
                            .durationSeconds = arguments.number("duration"),
                            .microphone = parseSwitch(arguments, "microphone"),

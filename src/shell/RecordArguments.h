@@ -11,6 +11,7 @@ namespace tessaloom {
 /// What `tessaloom record` was asked for; what isn't given is left to the stored settings.
 struct RecordArguments {
     CaptureSource source;
+    bool selectsArea = false;  ///< the user drags out the area to record, and `source` doesn't count
     std::optional<int> countdownSeconds;
     std::optional<double> durationSeconds;
     std::optional<bool> microphone;

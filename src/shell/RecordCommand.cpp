@@ -30,8 +30,9 @@ using std::chrono::steady_clock;
 constexpr auto completionLimit = 40s;
 
 /// None where Qt has no screen to show them on.
-std::unique_ptr<RecordingWindows> windowsIfVisible() {
-    return QGuiApplication::platformName() == "offscreen" ? nullptr : std::make_unique<RecordingWindows>();
+std::unique_ptr<RecordingWindows> windowsIfVisible(CapturePlatform& platform) {
+    return QGuiApplication::platformName() == "offscreen" ? nullptr
+                                                          : std::make_unique<RecordingWindows>(platform);
 }
 
 /// One run of the command, from the first countdown second to the stored bundle.
@@ -40,6 +41,7 @@ class RecordRun {
     RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices)
         : arguments_(arguments),
           interrupts_([this] { interrupt(); }),
+          windows_(windowsIfVisible(platform)),
           controller_(platform, devices, presenter_) {
         end_.start();
         QObject::connect(&controller_, &RecordingController::sourceEnded, &controller_,
@@ -71,8 +73,9 @@ class RecordRun {
     }
 
     QCoro::Task<ExitStatus> run() {
-        const auto outcome =
-            co_await controller_.start(arguments_.source, preferences(), cancel_.get_token());
+        const auto source = co_await chosenSource();
+        if (!source) co_return ExitStatus::interrupted;
+        const auto outcome = co_await controller_.start(*source, preferences(), cancel_.get_token());
         if (std::holds_alternative<RecordingController::Cancelled>(outcome))
             co_return ExitStatus::interrupted;
         if (const auto* failure = std::get_if<RecordingController::Failed>(&outcome)) {
@@ -84,6 +87,17 @@ class RecordRun {
         if (endReason_) std::cerr << *endReason_ << " What was recorded until then is saved.\n";
         std::cout << controller_.lastBundle()->string() << std::endl;
         co_return ExitStatus::done;
+    }
+
+    /// Nothing when the user was to select an area and cancelled.
+    QCoro::Task<std::optional<CaptureSource>> chosenSource() {
+        if (!arguments_.selectsArea) co_return arguments_.source;
+        if (!windows_) {
+            throw CommandError("There is no screen to select an area on. Give it as --area X,Y,W,H.");
+        }
+        const auto area = co_await windows_->regionSelection().selectRegion(cancel_.get_token());
+        if (!area) co_return std::nullopt;
+        co_return CaptureSource(RegionSource{*area});
     }
 
     RecordingPreferences preferences() const {
@@ -139,7 +153,8 @@ class RecordRun {
     std::optional<ExitStatus> status_;
     InterruptSignals interrupts_;
     ProgressLine line_{"Recording"};
-    CommandPresenter presenter_{line_, windowsIfVisible()};
+    std::unique_ptr<RecordingWindows> windows_;
+    CommandPresenter presenter_{line_, windows_.get()};
     RecordingController controller_;
     ExitGuard finishFirst_{[this] { finishWithoutEventLoop(); }};
 };

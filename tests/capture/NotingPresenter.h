@@ -13,10 +13,15 @@ class NotingPresenter final : public RecordingPresenter {
   public:
     std::vector<std::string> told;
     std::vector<int> countdown;  ///< the numbers shown; 0 for being hidden
+    std::vector<std::string> shown;
     bool goesOn = true;
 
     void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
     void hideCountdown() override { countdown.push_back(0); }
+    void showCamera(WebcamRecorder&, const CameraChoice&) override { shown.emplace_back("camera"); }
+    void hideCamera() override { shown.emplace_back("no camera"); }
+    void hideDesktopIcons() override { shown.emplace_back("no icons"); }
+    void restoreDesktopIcons() override { shown.emplace_back("icons"); }
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
         told.push_back("microphone: " + reason);
         co_return goesOn;

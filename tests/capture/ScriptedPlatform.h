@@ -68,6 +68,7 @@ struct ScriptedPlatform final : CapturePlatform {
     std::string pressedKey;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
+    BgraImage wallpaper() override { return {}; }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
         return std::make_unique<ScriptedStream>(stream, configuration);
     }

@@ -7,6 +7,7 @@
 #include "platform/x11/X11PointerSource.h"
 #include "platform/x11/X11ScreenStream.h"
 #include "platform/x11/X11ShareableContent.h"
+#include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
 
@@ -20,6 +21,10 @@ bool X11CapturePlatform::isThere() {
 
 ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*X11Connection::open());
+}
+
+BgraImage X11CapturePlatform::wallpaper() {
+    return readWallpaper(*X11Connection::open());
 }
 
 std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamConfiguration& configuration) {

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/RegionHost.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPixmap>
+#include <QQuickItem>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "capture/OverlayWindow.h"
+
+namespace tessaloom {
+namespace {
+
+/// Anything smaller is a slip of the hand, not an area.
+constexpr double smallestSide = 8;
+
+/// Qt places screens in pixels, and what is on them in points.
+Rect inGlobalPoints(const Rect& area, const QScreen& screen) {
+    const double scale = screen.devicePixelRatio();
+    return {screen.geometry().x() / scale + area.x, screen.geometry().y() / scale + area.y, area.width,
+            area.height};
+}
+
+}  // namespace
+
+std::optional<Rect> selectedArea(QPointF start, QPointF current) {
+    const Rect area{std::min(start.x(), current.x()), std::min(start.y(), current.y()),
+                    std::abs(current.x() - start.x()), std::abs(current.y() - start.y())};
+    if (!(area.width > smallestSide && area.height > smallestSide)) return std::nullopt;
+    return area;
+}
+
+RegionHost::RegionHost(Done done) : done_(std::move(done)) {
+    for (QScreen* screen : QGuiApplication::screens())
+        cover(screen);
+    // For Escape: the application that has the focus keeps it, and doesn't see the key.
+    if (!windows_.empty()) windows_.front()->setKeyboardGrabEnabled(true);
+}
+
+/// The view shows a still of its screen: without a compositing manager nothing is see-through.
+void RegionHost::cover(QScreen* screen) {
+    const QImage still = screen->grabWindow(0).toImage();
+    auto window = makeOverlayWindow("RegionView.qml", screen->size(), {{"image", still}}, {});
+    window->setScreen(screen);
+    window->setGeometry(screen->geometry());
+    window->installEventFilter(this);
+    connect(window->rootObject(), SIGNAL(released(QPointF, QPointF)), this, SLOT(released(QPointF, QPointF)));
+    window->show();
+    window->raise();
+    windows_.push_back(std::move(window));
+}
+
+bool RegionHost::eventFilter(QObject* window, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return QObject::eventFilter(window, event);
+    if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) finish(std::nullopt);
+    return true;
+}
+
+void RegionHost::released(const QPointF& from, const QPointF& to) {
+    const auto* view = qobject_cast<QQuickItem*>(sender());
+    const auto area = selectedArea(from, to);
+    finish(area ? std::optional(inGlobalPoints(*area, *view->window()->screen())) : std::nullopt);
+}
+
+void RegionHost::finish(std::optional<Rect> area) {
+    if (std::exchange(finished_, true)) return;
+    for (auto& window : windows_) {
+        window->setKeyboardGrabEnabled(false);
+        window->hide();
+        window.release()->deleteLater();  // an event of its own may have led here
+    }
+    windows_.clear();
+    done_(area);
+}
+
+}  // namespace tessaloom
