@@ -12,6 +12,6 @@ pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat>=59 libavcodec>=59
 pkg_check_modules(pipewire REQUIRED IMPORTED_TARGET libpipewire-0.3)
 pkg_check_modules(hwy REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(xcursor REQUIRED IMPORTED_TARGET xcursor)
-pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb xcb-shm xcb-xfixes xcb-damage xcb-composite xcb-randr
+pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb xcb-render xcb-shm xcb-xfixes xcb-damage xcb-composite xcb-randr
                   xcb-xinput xcb-xkb xcb-xtest xkbcommon xkbcommon-x11)
 

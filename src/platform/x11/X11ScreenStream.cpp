@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 
 #include "base/HostClock.h"
@@ -116,17 +117,17 @@ void X11ScreenStream::waitForEvent() const {
 bool X11ScreenStream::handleEvents() {
     while (const auto event = connection_->pollEvent()) {
         if ((event->response_type & 0x7F) == damage_->firstEvent + XCB_DAMAGE_NOTIFY) damaged_ = true;
-        switch (source_->handle(*event)) {
-            case X11StreamSource::Change::none:
-                break;
-            case X11StreamSource::Change::everything:
-                damaged_ = readAll_ = true;
-                break;
-            case X11StreamSource::Change::gone:
-                return false;
-        }
+        note(source_->handle(*event));
     }
-    return true;
+    note(source_->afterEvents());
+    return !gone_;
+}
+
+void X11ScreenStream::note(X11StreamSource::Change change) {
+    using Change = X11StreamSource::Change;
+    gone_ = gone_ || change == Change::gone;
+    readAll_ = readAll_ || change == Change::everything;
+    damaged_ = damaged_ || change == Change::everything || change == Change::parts;
 }
 
 /// All readings fall on one grid, so that steady motion gives evenly spaced frames. After a rest, or when one
@@ -158,6 +159,9 @@ void X11ScreenStream::readDamage(double hostTime) {
         return;
     }
     readAll_ = false;
+    // Whatever moved before the pixels were taken has told of it by now: with one of our windows come or
+    // gone, they may show it, and are read again.
+    if (!handleEvents() || readAll_) return;
     onFrame_({hostTime, patches_});
 }
 
@@ -171,15 +175,18 @@ std::vector<PixelRect> X11ScreenStream::takeDamage() {
     const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
     const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
     for (const xcb_rectangle_t* rect = first; rect != first + count; ++rect) {
-        rects.push_back({rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(), rect->width,
-                         rect->height});
+        const PixelRect damaged{rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(),
+                                rect->width, rect->height};
+        if (!source_->isDamageMeaningless(damaged)) rects.push_back(damaged);
     }
+    std::ranges::copy(source_->takeHiddenDamage(), std::back_inserter(rects));
     return rects;
 }
 
 /// All requests go out before the first answer is awaited.
 bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
     patches_.clear();
+    source_->prepare(rects);
     std::vector<xcb_shm_get_image_cookie_t> cookies;
     std::size_t offset = 0;
     for (const PixelRect& rect : rects) {

@@ -33,6 +33,7 @@ class X11ScreenStream final : public ScreenStream {
     double nextReading(double now);
     void waitForEvent() const;
     bool handleEvents();
+    void note(X11StreamSource::Change change);
     void readDamage(double hostTime);
     std::vector<PixelRect> takeDamage();
     bool readPixels(const std::vector<PixelRect>& rects);
@@ -47,6 +48,7 @@ class X11ScreenStream final : public ScreenStream {
     StopHandler onStopped_;
 
     bool damaged_ = true;              ///< the server has changes that were not read yet
+    bool gone_ = false;                ///< the source is no more
     bool readAll_ = true;              ///< the whole picture counts as changed: at the start, after a resize
     std::optional<double> gridPoint_;  ///< of the next reading
     std::vector<ScreenPatch> patches_;

@@ -2,17 +2,23 @@
 #include "platform/x11/X11StreamSource.h"
 
 #include <xcb/composite.h>
+#include <xcb/damage.h>
 
+#include <algorithm>
+#include <array>
+#include <chrono>
 #include <cmath>
+#include <thread>
+#include <utility>
 
 #include "capture/CaptureError.h"
 #include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11BeneathWindows.h"
 
 namespace tessaloom {
 namespace {
 
-void selectStructureEvents(const X11Connection& connection, xcb_window_t window) {
-    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+void selectEvents(const X11Connection& connection, xcb_window_t window, std::uint32_t mask) {
     xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &mask);
 }
 
@@ -29,35 +35,80 @@ std::optional<Geometry> geometryOf(const X11Connection& connection, xcb_drawable
     return Geometry{reply->width, reply->height, reply->border_width};
 }
 
-/// A part of the whole screen.
+/// The pixels of a damage event's window may have changed.
+std::optional<xcb_window_t> damagedWindowOf(const X11Connection& connection,
+                                            const xcb_generic_event_t& event) {
+    const auto* extension = xcb_get_extension_data(connection, &xcb_damage_id);
+    if (extension == nullptr || (event.response_type & 0x7F) != extension->first_event + XCB_DAMAGE_NOTIFY)
+        return std::nullopt;
+    return reinterpret_cast<const xcb_damage_notify_event_t&>(event).drawable;
+}
+
+/// A window came, went, moved or changed its place in the stack.
+bool isAboutStack(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7F) {
+        case XCB_CONFIGURE_NOTIFY:
+        case XCB_MAP_NOTIFY:
+        case XCB_UNMAP_NOTIFY:
+        case XCB_CIRCULATE_NOTIFY:
+        case XCB_REPARENT_NOTIFY:
+        case XCB_DESTROY_NOTIFY:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// A part of the whole screen, without our own windows: where they are, what lies beneath is drawn into a
+/// picture beside the screen, which is then read instead.
 class RootSource final : public X11StreamSource {
   public:
     RootSource(const X11Connection& connection, const StreamConfiguration& configuration)
-        : root_(connection.root()),
+        : connection_(connection),
+          root_(connection.root()),
           originX_(pixels(configuration.filter.contentRect.x, configuration) + configuration.source.x),
           originY_(pixels(configuration.filter.contentRect.y, configuration) + configuration.source.y),
           picture_{0, 0, configuration.source.width, configuration.source.height},
           rootWidth_(connection.screen().width_in_pixels),
           rootHeight_(connection.screen().height_in_pixels) {
-        selectStructureEvents(connection, root_);
+        selectEvents(connection, root_, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
         if (const auto geometry = geometryOf(connection, root_)) {
             rootWidth_ = geometry->width;
             rootHeight_ = geometry->height;
         }
+        beneath_ = std::make_unique<X11BeneathWindows>(connection);
+        refreshOwnAreas();
+        // The applications get a moment to draw what our windows cover.
+        if (hidesOwnWindows()) std::this_thread::sleep_for(std::chrono::milliseconds(60));
     }
+
+    ~RootSource() override {
+        if (canvas_ != XCB_NONE) xcb_free_pixmap(connection_, canvas_);
+    }
+    RootSource(const RootSource&) = delete;
+    RootSource& operator=(const RootSource&) = delete;
 
     xcb_window_t damagedWindow() const override { return root_; }
     int damageOriginX() const override { return originX_; }
     int damageOriginY() const override { return originY_; }
-    xcb_drawable_t drawable() const override { return root_; }
-    int originX() const override { return originX_; }
-    int originY() const override { return originY_; }
+    xcb_drawable_t drawable() const override { return hidesOwnWindows() ? canvas_ : root_; }
+    int originX() const override { return hidesOwnWindows() ? 0 : originX_; }
+    int originY() const override { return hidesOwnWindows() ? 0 : originY_; }
     PixelRect available() const override {
         return intersection(picture_, {-originX_, -originY_, rootWidth_, rootHeight_});
     }
 
     Change handle(const xcb_generic_event_t& event) override {
-        if ((event.response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) return Change::none;
+        if (const auto damaged = damagedWindowOf(connection_, event)) {
+            for (const PixelRect& rect : beneath_->takeDamage(*damaged))
+                hiddenDamage_.push_back(inPicture(rect));
+            return Change::none;
+        }
+        stackIsOld_ = stackIsOld_ || isAboutStack(event);
+        const auto type = event.response_type & 0x7F;
+        if (type == XCB_DESTROY_NOTIFY)
+            beneath_->forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+        if (type != XCB_CONFIGURE_NOTIFY) return Change::none;
         const auto& notify = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
         if (notify.window != root_) return Change::none;
         rootWidth_ = notify.width;
@@ -65,17 +116,80 @@ class RootSource final : public X11StreamSource {
         return Change::everything;
     }
 
+    /// What one of our own windows left or came to shows at once; others matter where they lie beneath one.
+    Change afterEvents() override {
+        if (!std::exchange(stackIsOld_, false)) return Change::none;
+        const bool ownChanged = beneath_->refresh();
+        refreshOwnAreas();
+        if (ownChanged) return Change::everything;
+        hiddenDamage_.insert(hiddenDamage_.end(), ownAreas_.begin(), ownAreas_.end());
+        return hiddenDamage_.empty() ? Change::none : Change::parts;
+    }
+
+    std::vector<PixelRect> takeHiddenDamage() override { return std::exchange(hiddenDamage_, {}); }
+
+    bool isDamageMeaningless(const PixelRect& rect) const override {
+        return std::ranges::any_of(ownAreas_,
+                                   [&](const PixelRect& area) { return intersection(rect, area) == rect; });
+    }
+
+    void prepare(const std::vector<PixelRect>& rects) override {
+        if (!hidesOwnWindows()) return;
+        for (const PixelRect& rect : rects) {
+            xcb_copy_area(connection_, root_, canvas_, copying_, static_cast<std::int16_t>(originX_ + rect.x),
+                          static_cast<std::int16_t>(originY_ + rect.y), static_cast<std::int16_t>(rect.x),
+                          static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
+                          static_cast<std::uint16_t>(rect.height));
+            for (const PixelRect& area : ownAreas_) {
+                const PixelRect part = intersection(rect, area);
+                if (part.width > 0 && part.height > 0)
+                    beneath_->draw({part.x + originX_, part.y + originY_, part.width, part.height}, canvas_,
+                                   originX_, originY_);
+            }
+        }
+    }
+
   private:
+    bool hidesOwnWindows() const { return !ownAreas_.empty(); }
+
+    PixelRect inPicture(const PixelRect& rect) const {
+        return {rect.x - originX_, rect.y - originY_, rect.width, rect.height};
+    }
+
+    void refreshOwnAreas() {
+        ownAreas_.clear();
+        for (const PixelRect& area : beneath_->ownAreas()) {
+            const PixelRect part = intersection(inPicture(area), picture_);
+            if (part.width > 0 && part.height > 0) ownAreas_.push_back(part);
+        }
+        if (!hidesOwnWindows() || canvas_ != XCB_NONE) return;
+        canvas_ = xcb_generate_id(connection_);
+        xcb_create_pixmap(connection_, connection_.screen().root_depth, canvas_, root_,
+                          static_cast<std::uint16_t>(picture_.width),
+                          static_cast<std::uint16_t>(picture_.height));
+        copying_ = xcb_generate_id(connection_);
+        const std::array<std::uint32_t, 2> values{XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS, 0};
+        xcb_create_gc(connection_, copying_, root_, XCB_GC_SUBWINDOW_MODE | XCB_GC_GRAPHICS_EXPOSURES,
+                      values.data());
+    }
+
     static int pixels(double points, const StreamConfiguration& configuration) {
         return static_cast<int>(std::lround(points * configuration.filter.pointPixelScale));
     }
 
+    const X11Connection& connection_;
     xcb_window_t root_;
     int originX_;
     int originY_;
     PixelRect picture_;
     int rootWidth_;
     int rootHeight_;
+    std::unique_ptr<X11BeneathWindows> beneath_;
+    std::vector<PixelRect> ownAreas_;  ///< in picture coordinates
+    std::vector<PixelRect> hiddenDamage_;
+    bool stackIsOld_ = false;
+    xcb_pixmap_t canvas_ = XCB_NONE;  ///< of the picture's size, from when one of our windows is in it
+    xcb_gcontext_t copying_ = XCB_NONE;
 };
 
 /// One window by itself, also while others cover it: the server keeps its pixels in a pixmap of its own. A
@@ -89,7 +203,7 @@ class WindowSource final : public X11StreamSource {
         const auto version = xcb_composite_query_version(connection, 0, 4);
         const X11Reply<xcb_composite_query_version_reply_t> answer(
             xcb_composite_query_version_reply(connection, version, nullptr));
-        selectStructureEvents(connection, window_);
+        selectEvents(connection, window_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
         const auto redirect =
             xcb_composite_redirect_window_checked(connection, window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
         const X11Reply<xcb_generic_error_t> refusal(xcb_request_check(connection, redirect));

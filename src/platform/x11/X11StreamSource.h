@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "capture/ScreenStream.h"
 #include "platform/x11/X11Connection.h"
@@ -13,6 +14,7 @@ class X11StreamSource {
   public:
     enum class Change {
         none,
+        parts,       ///< what takeHiddenDamage() tells
         everything,  ///< all pixels must be read anew
         gone,        ///< the source is no more
     };
@@ -34,7 +36,17 @@ class X11StreamSource {
     /// The area of the picture that has pixels at present; the rest is black. In picture coordinates.
     virtual PixelRect available() const = 0;
 
+    /// What changed that the damaged window's damage doesn't tell, in picture coordinates. Emptied by the
+    /// call.
+    virtual std::vector<PixelRect> takeHiddenDamage() { return {}; }
+    /// Whether the damaged window's damage tells nothing about the rectangle, in picture coordinates.
+    virtual bool isDamageMeaningless(const PixelRect&) const { return false; }
+    /// Brings these parts of the drawable up to date, in picture coordinates. Before each reading.
+    virtual void prepare(const std::vector<PixelRect>&) {}
+
     virtual Change handle(const xcb_generic_event_t& event) = 0;
+    /// What the events handled since the last call come to, besides.
+    virtual Change afterEvents() { return Change::none; }
 };
 
 }  // namespace tessaloom

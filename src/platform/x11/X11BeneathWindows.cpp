@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/x11/X11BeneathWindows.h"
+
+#include <unistd.h>
+#include <xcb/composite.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11Wallpaper.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr std::uint8_t alphaDepth = 32;
+
+bool overlap(const PixelRect& a, const PixelRect& b) {
+    const PixelRect common = intersection(a, b);
+    return common.width > 0 && common.height > 0;
+}
+
+bool overlapAny(const PixelRect& rect, const std::vector<PixelRect>& areas) {
+    return std::ranges::any_of(areas, [&](const PixelRect& area) { return overlap(rect, area); });
+}
+
+xcb_rectangle_t serverRect(const PixelRect& rect, int originX, int originY) {
+    return {static_cast<std::int16_t>(rect.x - originX), static_cast<std::int16_t>(rect.y - originY),
+            static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
+}
+
+struct ShownWindow {
+    xcb_window_t id = XCB_NONE;
+    PixelRect frame;
+    int border = 0;
+    std::uint8_t depth = 0;
+};
+
+/// The top-level windows that are on the screen, from the bottom up. All requests go out before the first
+/// answer is awaited.
+std::vector<ShownWindow> shownWindows(const X11Connection& connection) {
+    const X11Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, connection.root()), nullptr));
+    if (!tree) return {};
+    const xcb_window_t* first = xcb_query_tree_children(tree.get());
+    const std::vector<xcb_window_t> ids(first, first + xcb_query_tree_children_length(tree.get()));
+    std::vector<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> cookies;
+    cookies.reserve(ids.size());
+    for (const xcb_window_t id : ids)
+        cookies.emplace_back(xcb_get_window_attributes(connection, id), xcb_get_geometry(connection, id));
+    std::vector<ShownWindow> shown;
+    for (std::size_t index = 0; index < ids.size(); ++index) {
+        const X11Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection, cookies[index].first, nullptr));
+        const X11Reply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(connection, cookies[index].second, nullptr));
+        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        const int border = geometry->border_width;
+        shown.push_back(
+            {ids[index],
+             {geometry->x, geometry->y, geometry->width + 2 * border, geometry->height + 2 * border},
+             border,
+             geometry->depth});
+    }
+    return shown;
+}
+
+bool isComposited(const X11Connection& connection) {
+    const xcb_atom_t selection = connection.atom("_NET_WM_CM_S0");
+    if (selection == XCB_ATOM_NONE) return false;
+    const X11Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection), nullptr));
+    return reply && reply->owner != XCB_NONE;
+}
+
+}  // namespace
+
+X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connection_(connection) {
+    connection.requireExtension(&xcb_composite_id, "Composite");
+    connection.requireExtension(&xcb_damage_id, "DAMAGE");
+    connection.requireExtension(&xcb_xfixes_id, "XFIXES");
+    connection.requireExtension(&xcb_render_id, "RENDER");
+    // The server answers requests of an extension only after its version was asked for.
+    const X11Reply<xcb_composite_query_version_reply_t> compositeVersion(xcb_composite_query_version_reply(
+        connection, xcb_composite_query_version(connection, 0, 4), nullptr));
+    const X11Reply<xcb_damage_query_version_reply_t> damageVersion(
+        xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1), nullptr));
+    const X11Reply<xcb_xfixes_query_version_reply_t> fixesVersion(
+        xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
+    readFormats();
+    composited_ = isComposited(connection);
+    refresh();
+}
+
+X11BeneathWindows::~X11BeneathWindows() {
+    for (const auto& [id, window] : windows_)
+        release(id, window);
+    connection_.flush();
+}
+
+/// The formats of the screen and of windows with alpha, both with eight bits a component.
+void X11BeneathWindows::readFormats() {
+    const X11Reply<xcb_render_query_pict_formats_reply_t> reply(xcb_render_query_pict_formats_reply(
+        connection_, xcb_render_query_pict_formats(connection_), nullptr));
+    if (!reply) return;
+    const auto* first = xcb_render_query_pict_formats_formats(reply.get());
+    for (const auto* format = first;
+         format != first + xcb_render_query_pict_formats_formats_length(reply.get()); ++format) {
+        const auto& components = format->direct;
+        if (components.red_shift != 16 || components.green_shift != 8 || components.blue_shift != 0) continue;
+        if (format->depth == alphaDepth && components.alpha_mask == 0xFF) alphaFormat_ = format->id;
+        if (format->depth == connection_.screen().root_depth && components.alpha_mask == 0)
+            opaqueFormat_ = format->id;
+    }
+}
+
+/// Asked once for each window: it is told before the window is first shown.
+bool X11BeneathWindows::isOurOwn(xcb_window_t window) {
+    const auto known = isOwn_.find(window);
+    if (known != isOwn_.end()) return known->second;
+    const auto process = connection_.property32(window, connection_.atom("_NET_WM_PID"));
+    const auto types = connection_.property32(window, connection_.atom("_NET_WM_WINDOW_TYPE"));
+    // The desktop cover is the one of ours that belongs in the picture.
+    const bool isDesktop =
+        std::ranges::find(types, connection_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) != types.end();
+    return isOwn_[window] =
+               !isDesktop && !process.empty() && process.front() == static_cast<std::uint32_t>(getpid());
+}
+
+void X11BeneathWindows::forget(xcb_window_t window) {
+    isOwn_.erase(window);
+}
+
+bool X11BeneathWindows::refresh() {
+    const auto before = std::exchange(ownAreas_, {});
+    stack_.clear();
+    std::vector<ShownWindow> others;
+    for (const ShownWindow& window : shownWindows(connection_)) {
+        if (isOurOwn(window.id)) {
+            ownAreas_.push_back(window.frame);
+        } else {
+            others.push_back(window);
+        }
+    }
+    for (const ShownWindow& window : others) {
+        if (overlapAny(window.frame, ownAreas_)) show(window.id, window.frame, window.border, window.depth);
+    }
+    std::erase_if(windows_, [&](const auto& entry) {
+        const bool isGone = std::ranges::find(stack_, entry.first) == stack_.end();
+        if (isGone) release(entry.first, entry.second);
+        return isGone;
+    });
+    return !std::ranges::equal(before, ownAreas_);
+}
+
+/// A resized or newly shown window has a new pixmap, so it is named anew each time.
+void X11BeneathWindows::show(xcb_window_t id, const PixelRect& frame, int border, std::uint8_t depth) {
+    Window& window = windows_[id];
+    if (window.damage == XCB_NONE) {
+        xcb_composite_redirect_window(connection_, id, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+        window.damage = xcb_generate_id(connection_);
+        xcb_damage_create(connection_, window.damage, id, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    }
+    if (window.pixmap != XCB_NONE) xcb_free_pixmap(connection_, window.pixmap);
+    window.frame = frame;
+    window.border = border;
+    window.depth = depth;
+    window.pixmap = xcb_generate_id(connection_);
+    xcb_composite_name_window_pixmap(connection_, id, window.pixmap);
+    stack_.push_back(id);
+}
+
+void X11BeneathWindows::release(xcb_window_t id, const Window& window) const {
+    xcb_free_pixmap(connection_, window.pixmap);
+    xcb_damage_destroy(connection_, window.damage);
+    xcb_composite_unredirect_window(connection_, id, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+}
+
+std::vector<PixelRect> X11BeneathWindows::takeDamage(xcb_window_t id) {
+    const auto found = windows_.find(id);
+    if (found == windows_.end()) return {};
+    xcb_damage_subtract(connection_, found->second.damage, XCB_NONE, XCB_NONE);
+    std::vector<PixelRect> changed;
+    for (const PixelRect& area : ownAreas_) {
+        if (overlap(area, found->second.frame)) changed.push_back(intersection(area, found->second.frame));
+    }
+    return changed;
+}
+
+void X11BeneathWindows::draw(const PixelRect& part, xcb_pixmap_t target, int originX, int originY) const {
+    const xcb_pixmap_t wallpaper = wallpaperPixmap(connection_);
+    const xcb_gcontext_t context = xcb_generate_id(connection_);
+    const std::uint32_t black = connection_.screen().black_pixel;
+    xcb_create_gc(connection_, context, target, XCB_GC_FOREGROUND, &black);
+    if (wallpaper != XCB_NONE) {
+        const std::uint32_t tile[] = {XCB_FILL_STYLE_TILED, wallpaper, static_cast<std::uint32_t>(-originX),
+                                      static_cast<std::uint32_t>(-originY)};
+        xcb_change_gc(
+            connection_, context,
+            XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X | XCB_GC_TILE_STIPPLE_ORIGIN_Y,
+            tile);
+    }
+    const xcb_rectangle_t area = serverRect(part, originX, originY);
+    xcb_poly_fill_rectangle(connection_, target, context, 1, &area);
+    xcb_free_gc(connection_, context);
+
+    const xcb_render_picture_t picture = xcb_generate_id(connection_);
+    xcb_render_create_picture(connection_, picture, target, opaqueFormat_, 0, nullptr);
+    for (const xcb_window_t id : stack_)
+        drawWindow(id, windows_.at(id), part, picture, originX, originY);
+    xcb_render_free_picture(connection_, picture);
+}
+
+void X11BeneathWindows::drawWindow(xcb_window_t id, const Window& window, const PixelRect& part,
+                                   xcb_render_picture_t target, int originX, int originY) const {
+    const PixelRect shown = intersection(part, window.frame);
+    if (shown.width <= 0 || shown.height <= 0) return;
+    const bool hasAlpha = window.depth == alphaDepth;
+    const xcb_render_picture_t source = xcb_generate_id(connection_);
+    xcb_render_create_picture(connection_, source, window.pixmap, hasAlpha ? alphaFormat_ : opaqueFormat_, 0,
+                              nullptr);
+    const xcb_xfixes_region_t shape = xcb_generate_id(connection_);
+    xcb_xfixes_create_region_from_window(connection_, shape, id, XCB_SHAPE_SK_BOUNDING);
+    xcb_xfixes_set_picture_clip_region(connection_, target, shape,
+                                       static_cast<std::int16_t>(window.frame.x + window.border - originX),
+                                       static_cast<std::int16_t>(window.frame.y + window.border - originY));
+    xcb_render_composite(
+        connection_, hasAlpha && composited_ ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC, source,
+        XCB_NONE, target, static_cast<std::int16_t>(shown.x - window.frame.x),
+        static_cast<std::int16_t>(shown.y - window.frame.y), 0, 0,
+        static_cast<std::int16_t>(shown.x - originX), static_cast<std::int16_t>(shown.y - originY),
+        static_cast<std::uint16_t>(shown.width), static_cast<std::uint16_t>(shown.height));
+    xcb_xfixes_destroy_region(connection_, shape);
+    xcb_render_free_picture(connection_, source);
+}
+
+}  // namespace tessaloom
