@@ -5,7 +5,9 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/x11/X11ScreenStream.h"
@@ -34,6 +36,12 @@ class RecordedStream {
     }
     bool waitForEnd() {
         return waitFor([&] { return !endReason_.empty(); });
+    }
+
+    /// Whether any frame so far showed 0xRRGGBB at a place, where it must have changed to it.
+    bool hasShown(int x, int y, std::uint32_t color) {
+        const std::lock_guard guard(lock_);
+        return shown_.contains({x, y, color});
     }
 
     std::vector<double> times() {
@@ -68,6 +76,7 @@ class RecordedStream {
                     const std::uint8_t* pixel = patch.pixels.row(y) + 4 * x;
                     pixels_[static_cast<std::size_t>((patch.y + y) * width_ + patch.x + x)] =
                         static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+                    shown_.emplace(patch.x + x, patch.y + y, colorAt(patch.x + x, patch.y + y));
                 }
             }
         }
@@ -85,6 +94,7 @@ class RecordedStream {
     std::condition_variable changed_;
     std::vector<std::uint32_t> pixels_;
     std::vector<double> times_;
+    std::set<std::tuple<int, int, std::uint32_t>> shown_;
     std::size_t lastPixels_ = 0;
     std::string endReason_;
     X11ScreenStream stream_;  ///< last, so that its thread ends before what it uses

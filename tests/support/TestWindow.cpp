@@ -34,7 +34,7 @@ TestWindow::TestWindow(xcb_connection_t* connection, const WindowDescription& de
     setText(connection, id_, XCB_ATOM_WM_NAME, description.title);
     const std::string terminated = description.applicationName + '\0';
     setText(connection, id_, XCB_ATOM_WM_CLASS, terminated + terminated);
-    map();
+    if (description.isMapped) map();
 }
 
 TestWindow::~TestWindow() {

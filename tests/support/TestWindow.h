@@ -27,9 +27,10 @@ struct WindowDescription {
     std::string title = {};
     /// Both halves of WM_CLASS.
     std::string applicationName = {};
+    bool isMapped = true;
 };
 
-/// A mapped X window of one colour. Every call returns when the server has carried it out. The connection
+/// An X window of one colour. Every call returns when the server has carried it out. The connection
 /// must outlive it.
 class TestWindow {
   public:

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QByteArray>
+#include <optional>
+#include <thread>
+
+#include "platform/RecordedStream.h"
+#include "support/ChildProcess.h"
+#include "support/TestWindow.h"
+#include "support/VirtualDesktop.h"
+#include "support/XInjector.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+using test::RecordedStream;
+using test::TestWindow;
+
+constexpr std::uint32_t red = 0xC02010;
+constexpr std::uint32_t blue = 0x1040E0;
+constexpr std::uint32_t green = 0x20B040;
+
+/// A red window over the whole screen, without a compositing manager and with one.
+class X11OwnWindows : public ::testing::TestWithParam<bool> {
+  protected:
+    X11OwnWindows() {
+        qputenv("DISPLAY", desktop.displayName().c_str());
+        if (!GetParam()) return;
+        compositor.emplace(std::vector<std::string>{"xcompmgr", "-n"}, desktop.environment());
+        const auto owns = [&] {
+            const auto connection = X11Connection::open();
+            const auto cookie = xcb_get_selection_owner(*connection, connection->atom("_NET_WM_CM_S0"));
+            const X11Reply<xcb_get_selection_owner_reply_t> reply(
+                xcb_get_selection_owner_reply(*connection, cookie, nullptr));
+            return reply && reply->owner != XCB_NONE;
+        };
+        for (int round = 0; round < 500 && !owns(); ++round)
+            std::this_thread::sleep_for(10ms);
+        EXPECT_TRUE(owns()) << compositor->errors();
+    }
+
+    static StreamConfiguration screen() { return {{{}, {0, 0, 320, 240}, 1.0}, {0, 0, 320, 240}}; }
+
+    xcb_atom_t atom(const std::string& name) const {
+        const auto cookie =
+            xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+        const X11Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+        return reply->atom;
+    }
+    void setNumber(const TestWindow& window, const std::string& property, xcb_atom_t type,
+                   std::uint32_t value) const {
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window.id(), atom(property), type, 32, 1,
+                            &value);
+    }
+    /// Shown by the program that records.
+    std::unique_ptr<TestWindow> ownWindow(test::PixelRect rect, const char* type = nullptr) const {
+        auto window = std::make_unique<TestWindow>(
+            connection, test::WindowDescription{.rect = rect, .rgb = blue, .isMapped = false});
+        setNumber(*window, "_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
+        if (type != nullptr) setNumber(*window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, atom(type));
+        window->map();
+        return window;
+    }
+
+    test::VirtualDesktop desktop{320, 240};
+    test::XInjector injector{desktop.displayName()};
+    xcb_connection_t* connection = injector.connection();
+    std::optional<test::ChildProcess> compositor;
+    TestWindow background{connection, {.rect = {0, 0, 320, 240}, .rgb = red}};
+};
+
+TEST_P(X11OwnWindows, AreLeftOutFromTheFirstFrameOn) {
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    EXPECT_TRUE(stream.waitForColor(10, 10, red));
+    EXPECT_TRUE(stream.waitForColor(101, 101, red));
+    EXPECT_TRUE(stream.waitForColor(179, 159, red));
+    EXPECT_FALSE(stream.hasShown(140, 130, blue));
+}
+
+TEST_P(X11OwnWindows, DoNotHideWhatChangesBeneathThem) {
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForColor(140, 130, red));
+    background.fill({90, 120, 100, 10}, green);
+    EXPECT_TRUE(stream.waitForColor(140, 125, green));
+    EXPECT_TRUE(stream.waitForColor(95, 125, green));
+    EXPECT_TRUE(stream.waitForColor(140, 131, red));
+}
+
+TEST_P(X11OwnWindows, ThatComeMoveAndGoAreLeftOutThroughout) {
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForColor(10, 10, red));
+    const auto own = ownWindow({100, 100, 80, 60});
+    for (int step = 0; step < 20; ++step) {
+        own->moveResize({100 - 4 * step, 100, 80, 60});
+        own->fill({0, 0, 80, 60}, blue);
+        std::this_thread::sleep_for(10ms);
+    }
+    own->unmap();
+    background.fill({0, 0, 320, 240}, green);
+    EXPECT_TRUE(stream.waitForColor(60, 130, green));
+    EXPECT_FALSE(stream.hasShown(60, 130, blue));
+}
+
+TEST_P(X11OwnWindows, AreNoReasonForAFrame) {
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForColor(140, 130, red));
+    std::this_thread::sleep_for(200ms);
+    const auto before = stream.times().size();
+    for (int step = 0; step < 20; ++step) {
+        own->fill({0, 0, 80, 60}, step % 2 == 0 ? blue : green);
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_EQ(stream.times().size(), before);
+}
+
+TEST_P(X11OwnWindows, ShowWindowsAboveAndBelowThemInOrder) {
+    const TestWindow below(connection, {.rect = {90, 90, 60, 60}, .rgb = 0x303030});
+    const auto own = ownWindow({100, 100, 80, 60});
+    const TestWindow above(connection, {.rect = {120, 110, 100, 20}, .rgb = green});
+    RecordedStream stream(screen());
+    EXPECT_TRUE(stream.waitForColor(105, 105, 0x303030));
+    EXPECT_TRUE(stream.waitForColor(130, 120, green));
+    EXPECT_TRUE(stream.waitForColor(170, 150, red));
+}
+
+TEST_P(X11OwnWindows, OfTheDesktopBelongInThePicture) {
+    const auto cover = ownWindow({100, 100, 80, 60}, "_NET_WM_WINDOW_TYPE_DESKTOP");
+    RecordedStream stream(screen());
+    EXPECT_TRUE(stream.waitForColor(140, 130, blue));
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutAndWithCompositing, X11OwnWindows, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "composited" : "plain"; });
+
+}  // namespace
+}  // namespace tessaloom
