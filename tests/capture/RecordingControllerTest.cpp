@@ -216,6 +216,23 @@ TEST_F(Recording, ShowsTheCameraAsItWasChosen) {
     EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::webcamFile)), 0);
 }
 
+TEST_F(Recording, ShowsTheCameraAndHidesTheIconsUntilItStops) {
+    devices.hasCamera = true;
+    preferences.captureWebcam = true;
+    preferences.hideDesktopIcons = true;
+    startedBundle();
+    EXPECT_EQ(presenter.shown, (std::vector<std::string>{"camera", "no icons"}));
+    stop();
+    EXPECT_EQ(presenter.shown, (std::vector<std::string>{"camera", "no icons", "icons", "no camera"}));
+}
+
+TEST_F(Recording, ThatFailsShowsTheIconsAgain) {
+    platform.stream = Script::endsWithoutFrame;
+    preferences.hideDesktopIcons = true;
+    start();
+    EXPECT_EQ(presenter.shown, (std::vector<std::string>{"no icons", "icons", "no camera"}));
+}
+
 TEST_F(Recording, TakesOverTheWarmCamera) {
     devices.hasCamera = true;
     preferences.captureWebcam = true;

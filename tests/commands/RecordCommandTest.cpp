@@ -17,6 +17,7 @@ TEST_F(RecordCommandTest, WithoutADisplayItFailsAtOnceAndLeavesNothing) {
     }
     environment_.erase("DISPLAY");
     expectRefused(run({"record"}), 1, "No display available to capture.");
+    expectRefused(run({"record", "--area", "select"}), 1, "There is no screen to select an area on.");
     EXPECT_TRUE(namesIn(library()).empty());
 }
 

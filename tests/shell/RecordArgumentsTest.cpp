@@ -42,6 +42,14 @@ TEST(RecordArgumentsTest, EachSourceHasAnOption) {
               std::nullopt);
 }
 
+TEST(RecordArgumentsTest, AnAreaMayBeLeftToTheMouse) {
+    EXPECT_TRUE(RecordArguments::parse({"--area", "select"}).selectsArea);
+    EXPECT_FALSE(RecordArguments::parse({"--area", "0,0,300,200"}).selectsArea);
+    EXPECT_FALSE(RecordArguments::parse({}).selectsArea);
+    EXPECT_EQ(errorOf({"--area", "select", "--display", "0"}),
+              "Choose one of --display, --area and --window.");
+}
+
 TEST(RecordArgumentsTest, TimesAreSeconds) {
     const auto arguments = RecordArguments::parse({"--countdown", "0", "--duration", "2.5"});
     EXPECT_EQ(arguments.countdownSeconds, 0);
@@ -62,7 +70,9 @@ TEST(RecordArgumentsTest, ATitleNeedsAWindow) {
 
 TEST(RecordArgumentsTest, AnAreaIsFourNumbersAndMoreThanASlipOfTheHand) {
     for (const char* area : {"", "1,2,3", "1,2,3,4,5", "0,0,x,100", "0,0,nan,100", "0,0,inf,100", "100x100"})
-        EXPECT_EQ(errorOf({"--area", area}), "--area takes four numbers: X,Y,WIDTH,HEIGHT.") << area;
+        EXPECT_EQ(errorOf({"--area", area}),
+                  "--area takes four numbers, X,Y,WIDTH,HEIGHT, or the word select.")
+            << area;
     for (const char* area : {"0,0,8,100", "0,0,100,8", "0,0,-100,100"})
         EXPECT_EQ(errorOf({"--area", area}), "The area must be wider and taller than 8 points.") << area;
     EXPECT_EQ(errorOf({"--area", "0,0,8.5,8.5"}), "");
