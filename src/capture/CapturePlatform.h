@@ -16,6 +16,9 @@ class CapturePlatform {
 
     /// Throws CaptureError::noDisplay when no display can be reached; so do the others.
     virtual ShareableContent shareableContent() = 0;
+    /// Whether a display's picture shows what lies beneath this program's own windows. Otherwise they are in
+    /// it.
+    virtual bool leavesOutOwnWindows() = 0;
     /// What lies behind everything, over all displays, in pixels; empty when the desktop doesn't tell.
     virtual BgraImage wallpaper() = 0;
     virtual std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) = 0;

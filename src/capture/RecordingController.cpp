@@ -119,6 +119,7 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     if (cancel.stop_requested()) co_return false;
     if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit);
 
+    if (webcam_ && !platform_.leavesOutOwnWindows()) presenter_.hideCamera();
     co_await startScreen(target, std::move(systemAudio), cancel);
     if (cancel.stop_requested()) co_return false;
     if (!screen_->started()) throw CaptureError::noFrames();

@@ -226,6 +226,15 @@ TEST_F(Recording, ShowsTheCameraAndHidesTheIconsUntilItStops) {
     EXPECT_EQ(presenter.shown, (std::vector<std::string>{"camera", "no icons", "icons", "no camera"}));
 }
 
+TEST_F(Recording, HidesTheCameraWhereItWouldBeInThePicture) {
+    devices.hasCamera = true;
+    preferences.captureWebcam = true;
+    platform.leavesOut = false;
+    startedBundle();
+    EXPECT_EQ(presenter.shown, (std::vector<std::string>{"camera", "no camera"}));
+    stop();
+}
+
 TEST_F(Recording, ThatFailsShowsTheIconsAgain) {
     platform.stream = Script::endsWithoutFrame;
     preferences.hideDesktopIcons = true;

@@ -66,8 +66,10 @@ struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
     bool refusesInput = false;
     std::string pressedKey;
+    bool leavesOut = true;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
+    bool leavesOutOwnWindows() override { return leavesOut; }
     BgraImage wallpaper() override { return {}; }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
         return std::make_unique<ScriptedStream>(stream, configuration);

@@ -78,11 +78,16 @@ bool isComposited(const X11Connection& connection) {
 
 }  // namespace
 
+bool X11BeneathWindows::isPossible(const X11Connection& connection) {
+    const auto isThere = [&](xcb_extension_t* extension) {
+        const auto* reply = xcb_get_extension_data(connection, extension);
+        return reply != nullptr && reply->present != 0;
+    };
+    return isThere(&xcb_composite_id) && isThere(&xcb_damage_id) && isThere(&xcb_xfixes_id) &&
+           isThere(&xcb_render_id);
+}
+
 X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connection_(connection) {
-    connection.requireExtension(&xcb_composite_id, "Composite");
-    connection.requireExtension(&xcb_damage_id, "DAMAGE");
-    connection.requireExtension(&xcb_xfixes_id, "XFIXES");
-    connection.requireExtension(&xcb_render_id, "RENDER");
     // The server answers requests of an extension only after its version was asked for.
     const X11Reply<xcb_composite_query_version_reply_t> compositeVersion(xcb_composite_query_version_reply(
         connection, xcb_composite_query_version(connection, 0, 4), nullptr));

@@ -18,7 +18,10 @@ namespace tessaloom {
 /// rectangles are in root coordinates.
 class X11BeneathWindows {
   public:
-    /// Throws std::runtime_error when the server lacks what this takes.
+    /// Whether the server has all that this takes.
+    static bool isPossible(const X11Connection& connection);
+
+    /// Only where it is possible.
     explicit X11BeneathWindows(const X11Connection& connection);
     ~X11BeneathWindows();
     X11BeneathWindows(const X11BeneathWindows&) = delete;

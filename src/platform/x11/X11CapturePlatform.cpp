@@ -2,6 +2,7 @@
 #include "platform/x11/X11CapturePlatform.h"
 
 #include "capture/CaptureError.h"
+#include "platform/x11/X11BeneathWindows.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11InputSource.h"
 #include "platform/x11/X11PointerSource.h"
@@ -21,6 +22,10 @@ bool X11CapturePlatform::isThere() {
 
 ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*X11Connection::open());
+}
+
+bool X11CapturePlatform::leavesOutOwnWindows() {
+    return X11BeneathWindows::isPossible(*X11Connection::open());
 }
 
 BgraImage X11CapturePlatform::wallpaper() {

@@ -76,6 +76,7 @@ class RootSource final : public X11StreamSource {
             rootWidth_ = geometry->width;
             rootHeight_ = geometry->height;
         }
+        if (!X11BeneathWindows::isPossible(connection)) return;
         beneath_ = std::make_unique<X11BeneathWindows>(connection);
         refreshOwnAreas();
         // The applications get a moment to draw what our windows cover.
@@ -100,13 +101,14 @@ class RootSource final : public X11StreamSource {
 
     Change handle(const xcb_generic_event_t& event) override {
         if (const auto damaged = damagedWindowOf(connection_, event)) {
+            if (!beneath_) return Change::none;
             for (const PixelRect& rect : beneath_->takeDamage(*damaged))
                 hiddenDamage_.push_back(inPicture(rect));
             return Change::none;
         }
         stackIsOld_ = stackIsOld_ || isAboutStack(event);
         const auto type = event.response_type & 0x7F;
-        if (type == XCB_DESTROY_NOTIFY)
+        if (beneath_ && type == XCB_DESTROY_NOTIFY)
             beneath_->forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
         if (type != XCB_CONFIGURE_NOTIFY) return Change::none;
         const auto& notify = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
@@ -118,7 +120,7 @@ class RootSource final : public X11StreamSource {
 
     /// What one of our own windows left or came to shows at once; others matter where they lie beneath one.
     Change afterEvents() override {
-        if (!std::exchange(stackIsOld_, false)) return Change::none;
+        if (!std::exchange(stackIsOld_, false) || !beneath_) return Change::none;
         const bool ownChanged = beneath_->refresh();
         refreshOwnAreas();
         if (ownChanged) return Change::everything;
@@ -184,8 +186,8 @@ class RootSource final : public X11StreamSource {
     PixelRect picture_;
     int rootWidth_;
     int rootHeight_;
-    std::unique_ptr<X11BeneathWindows> beneath_;
-    std::vector<PixelRect> ownAreas_;  ///< in picture coordinates
+    std::unique_ptr<X11BeneathWindows> beneath_;  ///< none where the server lacks what it takes
+    std::vector<PixelRect> ownAreas_;             ///< in picture coordinates
     std::vector<PixelRect> hiddenDamage_;
     bool stackIsOld_ = false;
     xcb_pixmap_t canvas_ = XCB_NONE;  ///< of the picture's size, from when one of our windows is in it
