@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <csignal>
 #include <memory>
 #include <string_view>
@@ -61,7 +62,12 @@ int main(int argumentCount, char** argumentValues) {
     // A file that grows past a limit is then an error like a full disk, which cleans up, instead of the end.
     std::signal(SIGXFSZ, SIG_IGN);
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
-    const auto application = makeApplication(argumentCount, argumentValues);
+    QStringList words;
+    for (int index = 1; index < argumentCount; ++index)
+        words.append(QString::fromLocal8Bit(argumentValues[index]));
+    // Qt gets the name alone: it would take options for its own, as --display.
+    int nameOnly = std::min(argumentCount, 1);
+    const auto application = makeApplication(nameOnly, argumentValues);
     // A countdown that goes off the screen is not the end.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     X11CapturePlatform capture;
@@ -69,5 +75,5 @@ int main(int argumentCount, char** argumentValues) {
     const CommandServices services{
         capture, devices,
         [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
-    return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
+    return static_cast<int>(runCommandLine(words, services));
 }
