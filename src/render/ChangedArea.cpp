@@ -2,6 +2,7 @@
 #include "render/ChangedArea.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tessaloom {
 namespace {
@@ -24,9 +25,8 @@ void ChangedArea::clear(int width, int height) {
 }
 
 void ChangedArea::add(const Rect& rect) {
-    // Half a pixel further out lie the centres of all pixels that it touches.
-    const PixelSpan rows = pixelsBetween(rect.minY() - 0.5, rect.maxY() + 0.5, height_);
-    const PixelSpan columns = pixelsBetween(rect.minX() - 0.5, rect.maxX() + 0.5, width_);
+    const PixelSpan rows = pixelsBetween(std::floor(rect.minY()), std::ceil(rect.maxY()), height_);
+    const PixelSpan columns = pixelsBetween(std::floor(rect.minX()), std::ceil(rect.maxX()), width_);
     if (rows.empty() || columns.empty()) return;
     for (int band = rows.first / bandHeight; band <= (rows.last - 1) / bandHeight; ++band) {
         PixelSpan& marked = bands_[static_cast<std::size_t>(band)];
