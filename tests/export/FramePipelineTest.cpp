@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/FramePipeline.h"
 
+#include <map>
+
 #include "export/ExporterFixture.h"
 #include "media/MovieReader.h"
 #include "render/CpuRenderer.h"
@@ -35,6 +37,26 @@ class WholeRenderer : public Renderer {
 
   private:
     CpuRenderer renderer_{1};
+};
+
+/// Checks that it is told of every target what it drew there last.
+class SuspiciousRenderer : public WholeRenderer {
+  public:
+    void redraw(const FrameComposer::Frame& frame, const FrameSources& sources, const ShownFrame& shown,
+                YuvImage& target) override {
+        const auto& [last, contents] = drawn_[&target];
+        EXPECT_EQ(shown.frame, last);
+        EXPECT_EQ(shown.sources.recording, contents.recording);
+        EXPECT_EQ(shown.sources.camera, contents.camera);
+        EXPECT_EQ(shown.sources.matte, contents.matte);
+        render(frame, sources, target);
+        drawn_[&target] = {frame, contentsOf(sources)};
+    }
+
+    std::size_t targets() const { return drawn_.size(); }
+
+  private:
+    std::map<const YuvImage*, ShownFrame> drawn_;
 };
 
 /// Keeps a copy of every picture.
@@ -141,6 +163,12 @@ class FramePipelineTest : public ExporterTest {
 
 TEST_F(FramePipelineTest, HandsAMovieTheSamePicturesAsIfEachWereDrawnWhole) {
     expectTheSamePictures<YuvImage>();
+}
+
+TEST_F(FramePipelineTest, TellsOfEachTargetWhatItShows) {
+    SuspiciousRenderer renderer;
+    drawnBy<YuvImage>(renderer);
+    EXPECT_LE(renderer.targets(), 4U) << "buffers come round";
 }
 
 TEST_F(FramePipelineTest, HandsAGIFTheSamePicturesAsIfEachWereDrawnWhole) {
