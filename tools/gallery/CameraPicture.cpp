@@ -60,7 +60,7 @@ QPainterPath hairBehind() {
 
 QPainterPath fringe() {
     QPainterPath path(QPointF(508, 268));
-    path.cubicTo(520, 120, 760, 100, 774, 268);
+    path.cubicTo(520, 70, 760, 60, 774, 268);
     path.cubicTo(740, 215, 690, 190, 610, 186);
     path.cubicTo(580, 214, 540, 232, 508, 268);
     return path;

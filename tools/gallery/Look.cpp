@@ -50,10 +50,13 @@ RelativeRect aroundSave(double size) {
             size};
 }
 
-EditParams zoomedIn(double size) {
+/// Where the form is.
+constexpr RelativeRect form{0.48, 0.28, 0.52, 0.52};
+
+EditParams zoomedIn(const RelativeRect& target) {
     EditParams edit = plainEdit();
     edit.zoomKeyframes = {
-        {.startPTS = 0.5, .endPTS = ends, .targetRect = aroundSave(size), .easeIn = 0.4, .easeOut = 0.4}};
+        {.startPTS = 0.5, .endPTS = ends, .targetRect = target, .easeIn = 0.4, .easeOut = 0.4}};
     return edit;
 }
 
@@ -70,10 +73,12 @@ std::vector<Look> backdrops() {
     return {backdrop("backdrop-solid", {Background::Style::color, "#2F5D62", {}}),
             backdrop("backdrop-gradient", gradient("Sunset")), backdrop("backdrop-wallpaper", wallpaper),
             backdrop("backdrop-wallpaper-blurred", wallpaper, 0.8),
-            backdrop("backdrop-recording", {Background::Style::blurredScreen, "", {}}, 0.4)};
+            backdrop("backdrop-recording", {Background::Style::blurredScreen, "", {}})};
 }
 
 std::vector<Look> framings() {
+    Look plain{"plain", plainEdit(), pointerRests};
+    plain.edit.padding = plain.edit.cornerRadius = plain.edit.shadow = 0;
     Look framed{"frame", plainEdit(), pointerRests};
     framed.edit.background = gradient("Ocean");
     framed.edit.padding = 130;
@@ -83,20 +88,20 @@ std::vector<Look> framings() {
     cropped.edit.crop = {0.48, 0.12, 0.52, 0.72};
     Look square{"canvas-square", plainEdit(), pointerRests, 1};
     square.edit.background = gradient("Forest");
-    Look zoomed{"zoom", zoomedIn(0.5), pointerRests};
-    return {framed, cropped, zoomed, square};
+    Look zoomed{"zoom", zoomedIn(form), pointerRests};
+    return {plain, framed, cropped, zoomed, square};
 }
 
 std::vector<Look> pointers() {
     std::vector<Look> looks;
     for (const auto style :
          {CursorStyle::system, CursorStyle::hand, CursorStyle::large, CursorStyle::dot, CursorStyle::ring}) {
-        Look look{"cursor-" + std::string(rawString(style)), zoomedIn(0.25), pointerRests};
+        Look look{"cursor-" + std::string(rawString(style)), zoomedIn(aroundSave(0.25)), pointerRests};
         look.edit.cursorStyle = style;
         looks.push_back(look);
     }
-    looks.push_back({"cursor-idle", zoomedIn(0.25), pointerFades});
-    looks.push_back({"click", zoomedIn(0.25), rippleSpreads});
+    looks.push_back({"cursor-idle", zoomedIn(aroundSave(0.25)), pointerFades});
+    looks.push_back({"click", zoomedIn(aroundSave(0.25)), rippleSpreads});
     return looks;
 }
 
@@ -157,7 +162,6 @@ std::vector<Look> captionsWithCamera() {
     aside.time = thirdWord;
     Look vertical = camera("canvas-vertical", WebcamConfig::Shape::circle, 0.5);
     vertical.edit.background = {Background::Style::blurredScreen, "", {}};
-    vertical.edit.backgroundBlur = 0.6;
     vertical.edit.padding = 48;
     vertical.edit.webcam.position = {0.5, 0.85};
     showCaption(vertical.edit, CaptionPreset::karaoke);

@@ -24,7 +24,9 @@ QImage screenPicture() {
 
 RelativePoint saveButton() {
     const QRectF button = demo::SceneLayout::forSize(sceneSize, false).rectOf({demo::ControlKind::Save, 0});
-    return {button.center().x() / capturedArea.width, button.center().y() / capturedArea.height};
+    const double x = button.left() + 0.86 * button.width();
+    const double y = button.top() + 0.6 * button.height();
+    return {x / capturedArea.width, y / capturedArea.height};
 }
 
 }  // namespace tessaloom::gallery

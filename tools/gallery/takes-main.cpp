@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Pixels of a square canvas's sides, or the longer one's of another.
-constexpr int longSide = 960;
+constexpr int longSide = 1280;
 
 /// One picture that lasts as long as the recording.
 void writeStillMovie(const fs::path& file, const QImage& picture, double seconds) {
