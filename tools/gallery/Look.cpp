@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "core/CaptionPreset.h"
@@ -171,6 +172,14 @@ std::vector<Look> captionsWithCamera() {
 }
 
 }  // namespace
+
+CanvasExtent canvasOf(const Look& look, int longSide) {
+    const auto shortened = [longSide](double factor) {
+        return static_cast<int>(std::lround(longSide * factor));
+    };
+    return look.aspect < 1 ? CanvasExtent{shortened(look.aspect), longSide}
+                           : CanvasExtent{longSide, shortened(1 / look.aspect)};
+}
 
 EventLog sampleLog() {
     constexpr double samplesPerSecond = 120;

@@ -20,6 +20,15 @@ struct Look {
     double aspect = 16.0 / 9;
 };
 
+/// In pixels.
+struct CanvasExtent {
+    int width = 0;
+    int height = 0;
+};
+
+/// The canvas of a look whose longer side is this many pixels.
+CanvasExtent canvasOf(const Look& look, int longSide);
+
 /// What the user of the made-up recording did: went to "Save" and clicked it, rested, and pressed Ctrl+S.
 EventLog sampleLog();
 

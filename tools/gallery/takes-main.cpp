@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QGuiApplication>
 #include <QString>
-#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -20,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Pixels of a square canvas's sides, or the longer one's of another.
+/// Of the canvas, in pixels.
 constexpr int longSide = 1280;
 
 /// One picture that lasts as long as the recording.
@@ -52,18 +51,13 @@ void writeTake(const fs::path& folder, const fs::path& media, const EventLog& lo
         fs::create_hard_link(file, bundle.url / file.path().filename());
 }
 
-void printCanvas(const Look& look) {
-    const int width = look.aspect < 1 ? static_cast<int>(std::lround(longSide * look.aspect)) : longSide;
-    const int height = look.aspect > 1 ? static_cast<int>(std::lround(longSide / look.aspect)) : longSide;
-    std::printf("%s %g %dx%d\n", look.name.c_str(), look.time, width, height);
-}
-
 void writeTakes(const fs::path& folder) {
     const EventLog log = sampleLog();
     writeMedia(folder / "media", logDuration(log));
     for (const Look& look : allLooks()) {
         writeTake(folder, folder / "media", log, look);
-        printCanvas(look);
+        const CanvasExtent canvas = canvasOf(look, longSide);
+        std::printf("%s %g %dx%d\n", look.name.c_str(), look.time, canvas.width, canvas.height);
     }
 }
 
