@@ -27,7 +27,7 @@ using gallery::Look;
 constexpr int longSide = 384;
 
 /// Another version of the font library, or a GPU, rounds differently along edges.
-constexpr test::Tolerance tolerance{.mean = 0.5, .step = 24, .outliers = 0.002};
+constexpr test::Tolerance tolerance{.mean = 0.25, .step = 16, .outliers = 0.001};
 
 BgraView viewOf(const QImage& picture) {
     return {picture.constBits(), picture.width(), picture.height(), picture.bytesPerLine()};
