@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Of the canvas, in pixels.
-constexpr int longSide = 1280;
+constexpr int longSide = 960;
 
 /// One picture that lasts as long as the recording.
 void writeStillMovie(const fs::path& file, const QImage& picture, double seconds) {
