@@ -4,7 +4,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -46,6 +46,10 @@ struct Encoding {
     const char* matrixTag;
     const char* rangeTag;
 };
+
+void PrintTo(const Encoding& encoding, std::ostream* stream) {
+    *stream << encoding.name;
+}
 
 constexpr std::array<Encoding, 5> encodings{{{"Bt709Limited", "bt709", "tv", "bt709", "tv"},
                                              {"Bt709Full", "bt709", "pc", "bt709", "pc"},
