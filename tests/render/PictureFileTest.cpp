@@ -16,7 +16,7 @@ namespace {
 class PictureFileTest : public ::testing::Test {
   protected:
     std::filesystem::path written(const char* name, std::string_view content) const {
-        const auto file = folder_.path() / name;
+        auto file = folder_.path() / name;
         std::ofstream(file, std::ios::binary) << content;
         return file;
     }
@@ -25,7 +25,7 @@ class PictureFileTest : public ::testing::Test {
     std::filesystem::path written(const char* name, QSize size, QImage::Format format) const {
         QImage image(size, format);
         image.fill(Qt::white);
-        const auto file = folder_.path() / name;
+        auto file = folder_.path() / name;
         EXPECT_TRUE(image.save(QString::fromStdString(file.string())));
         return file;
     }

@@ -38,7 +38,8 @@ class SampleTake {
   public:
     SampleTake() {
         bundle_.write(gallery::sampleLog());
-        std::ofstream(bundle_.file(TakeBundle::webcamFile));
+        // Only its presence counts.
+        std::ofstream(bundle_.file(TakeBundle::webcamFile)) << ' ';
         wallpaper_.save(QString::fromStdString(bundle_.file(gallery::wallpaperFile).string()));
     }
 
