@@ -85,7 +85,7 @@ void FramePipeline<Picture>::draw(const std::function<void(double)>& progress, c
         if (stop.stop_requested()) throw ExportCancelled();
         const Changes changes = show(*source);
         auto composed = compose(source->time);
-        DrawnFrame drawn{.index = source->index, .target = {}};
+        DrawnFrame drawn{.index = source->index, .change = FrameChange::none, .target = {}};
         if (changes.recording || (changes.camera && composed.webcam) || last != composed) {
             drawn.change = last && viewMoves(*last, composed) ? FrameChange::view : FrameChange::content;
             drawn.target = freeTargets_.pop().value_or(nullptr);

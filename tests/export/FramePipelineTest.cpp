@@ -69,8 +69,8 @@ class KeepingSink : public FrameSink<Picture> {
         Picture picture;
     };
 
-    void append(std::int64_t index, const Picture& picture, bool changed) override {
-        entries.push_back({index, changed, copyOf(picture)});
+    void append(std::int64_t index, const Picture& picture, FrameChange change) override {
+        entries.push_back({index, change != FrameChange::none, copyOf(picture)});
     }
 
     std::vector<Entry> entries;
