@@ -75,6 +75,8 @@ TEST_F(ExportCommandTest, ASpeedThatIsNoneIsSaidAndExportedAsOne) {
         bundle.write(edit);
         const CommandResult result = run({"export", "take", "-o", film_.string()});
         EXPECT_EQ(result.status, 0);
+        EXPECT_TRUE(result.errors.starts_with("tessaloom: A recording can't be played at a speed of "))
+            << result.errors;
         EXPECT_NE(result.errors.find("it is exported at normal speed."), std::string::npos) << result.errors;
         EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
         EXPECT_EQ(probeMovie(film_).packets.size(), 55U);
