@@ -5,6 +5,7 @@
 #include <csignal>
 #include <memory>
 
+#include "base/Defaults.h"
 #include "base/Log.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/RendererChoice.h"
@@ -37,6 +38,7 @@ int main(int argumentCount, char** argumentValues) {
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
     const CommandServices services{
-        capture, [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
+        capture, [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
+        HardwareEncoding::installed(Defaults::stateFolder())};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

@@ -4,8 +4,10 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "capture/CapturePlatform.h"
+#include "media/HardwareEncoding.h"
 #include "render/Renderer.h"
 #include "shell/CommandError.h"
 
@@ -15,6 +17,7 @@ namespace tessaloom {
 struct CommandServices {
     CapturePlatform& capture;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
+    std::optional<HardwareEncoding> hardwareEncoding;
 };
 
 /// Runs one command of the command line (without the program's name). Results go to stdout, everything else
