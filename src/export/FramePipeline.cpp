@@ -43,7 +43,8 @@ FramePipeline<Picture>::FramePipeline(const Parts& parts)
       sourceFrames_(frameCount),
       drawnFrames_(frameCount),
       freePictures_(pictureCount) {
-    for (std::size_t i = 0; i < pictureCount; ++i)
+    // The encoder has the first one.
+    for (std::size_t i = 1; i < pictureCount; ++i)
         freePictures_.push(std::make_unique<Picture>(parts.canvas.width, parts.canvas.height));
 }
 
