@@ -9,6 +9,7 @@ find_package(benchmark REQUIRED)
 qcoro_enable_coroutines()
 
 pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat>=59 libavcodec>=59 libavutil libswresample)
+pkg_check_modules(pipewire REQUIRED IMPORTED_TARGET libpipewire-0.3)
 pkg_check_modules(hwy REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(xcursor REQUIRED IMPORTED_TARGET xcursor)
 pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb xcb-shm xcb-xfixes xcb-damage xcb-composite xcb-randr

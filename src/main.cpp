@@ -7,6 +7,7 @@
 
 #include "base/Defaults.h"
 #include "base/Log.h"
+#include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/RendererChoice.h"
 #include "shell/CommandLine.h"
@@ -37,8 +38,10 @@ int main(int argumentCount, char** argumentValues) {
     Log::install(qEnvironmentVariableIsSet("TESSALOOM_VERBOSE"));
     const QGuiApplication application(argumentCount, argumentValues);
     X11CapturePlatform capture;
+    PipeWireDevices devices;
     const CommandServices services{
-        capture, [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
+        capture, devices,
+        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
         HardwareEncoding::installed(Defaults::stateFolder())};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

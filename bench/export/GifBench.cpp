@@ -28,7 +28,7 @@ class RawSink final : public FrameSink<BgraImage> {
   public:
     explicit RawSink(const fs::path& path) : file_(path, std::ios::binary) {}
 
-    void append(std::int64_t, const BgraImage& picture, bool) override {
+    void append(std::int64_t, const BgraImage& picture, FrameChange) override {
         for (int y = 0; y < picture.height(); ++y)
             file_.write(reinterpret_cast<const char*>(picture.row(y)), std::streamsize{4} * picture.width());
     }

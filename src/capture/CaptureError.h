@@ -9,11 +9,14 @@ namespace tessaloom {
 /// Why a recording could not start or go on, in words meant for the user (`what()`).
 class CaptureError : public std::runtime_error {
   public:
-    enum class Kind { noDisplay, noFrames, windowNotFound };
+    enum class Kind { noDisplay, noMicrophone, noCamera, noFrames, cameraNotAuthorized, windowNotFound };
 
     /// `advice` is a sentence on what to do about it.
     static CaptureError noDisplay(const std::string& advice);
+    static CaptureError noMicrophone();
+    static CaptureError noCamera();
     static CaptureError noFrames();
+    static CaptureError cameraNotAuthorized();
     /// `wanted` is the application, or the application and the title in double quotes, as the user wrote
     /// them.
     static CaptureError windowNotFound(const std::string& wanted);

@@ -28,11 +28,13 @@ std::optional<EventJournal> createJournal(const TakeBundle& bundle, const EventL
 }  // namespace
 
 InputRecorder::InputRecorder(const TakeBundle& bundle, EventLog log, double origin,
-                             std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap)
+                             std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap,
+                             std::function<FileOffsets()> readOffsets)
     : log_(std::move(log)),
       retimer_(origin, areaOf(log_.captureRect)),
       cursor_(std::move(cursor)),
       eventTap_(std::move(eventTap)),
+      readOffsets_(std::move(readOffsets)),
       journal_(createJournal(bundle, log_)) {
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
 }
@@ -44,7 +46,7 @@ EventLog InputRecorder::stop() {
     if (thread_.joinable()) thread_.join();
     gather();
     const auto rest = retimer_.finish();
-    writeJournal({}, rest);
+    writeJournal([&](EventJournal& journal) { journal.append({}, rest); });
     log_.events.insert(log_.events.end(), rest.begin(), rest.end());
     return std::move(log_);
 }
@@ -68,19 +70,28 @@ void InputRecorder::run(const std::stop_token& stop) {
 }
 
 void InputRecorder::gather() {
+    updateOffsets();
     // Events first: the samples taken after them then reach past them.
     auto newEvents = eventTap_->takeEvents();
     const auto samples = cursor_->takeSamples();
     const auto events = retimer_.retime(std::move(newEvents), samples);
-    writeJournal(samples, events);
+    writeJournal([&](EventJournal& journal) { journal.append(samples, events); });
     log_.cursorSamples.insert(log_.cursorSamples.end(), samples.begin(), samples.end());
     log_.events.insert(log_.events.end(), events.begin(), events.end());
 }
 
-void InputRecorder::writeJournal(std::span<const CursorSample> samples, std::span<const InputEvent> events) {
-    if (!journal_ || journalFailed_ || (samples.empty() && events.empty())) return;
+void InputRecorder::updateOffsets() {
+    const FileOffsets offsets = readOffsets_();
+    if (offsets.webcam == log_.webcamStartOffset && offsets.mic == log_.micStartOffset) return;
+    log_.webcamStartOffset = offsets.webcam;
+    log_.micStartOffset = offsets.mic;
+    writeJournal([this](EventJournal& journal) { journal.replaceHeader(log_); });
+}
+
+void InputRecorder::writeJournal(const std::function<void(EventJournal&)>& write) {
+    if (!journal_ || journalFailed_) return;
     try {
-        journal_->append(samples, events);
+        write(*journal_);
     } catch (const std::system_error& error) {
         // The journal itself is kept: its lock tells others that this recording is alive.
         qCCritical(Log::recording, "Failed to write the journal: %s", error.what());

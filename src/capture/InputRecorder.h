@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -13,14 +14,22 @@
 
 namespace tessaloom {
 
+/// Where the files beside the screen's begin, in seconds after its first frame; 0 for one that hasn't begun.
+struct FileOffsets {
+    double webcam = 0;
+    double mic = 0;
+};
+
 /// Gathers the log of a running recording from the cursor sampler and the event tap, and keeps the journal
 /// beside it on disk at most a second behind, so that a recorder that dies loses next to nothing.
 class InputRecorder {
   public:
     /// `log` brings the values that the lists of samples and events are added to; `origin` in HostClock
-    /// seconds. A journal that can't be written is logged, and the recording goes on without.
+    /// seconds. `readOffsets` is asked from another thread, until stop() has returned. A journal that can't
+    /// be written is logged, and the recording goes on without.
     InputRecorder(const TakeBundle& bundle, EventLog log, double origin,
-                  std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap);
+                  std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap,
+                  std::function<FileOffsets()> readOffsets);
 
     /// Ends sampler, tap and journal; the journal's file stays until discardJournal(). Call once.
     EventLog stop();
@@ -31,12 +40,14 @@ class InputRecorder {
   private:
     void run(const std::stop_token& stop);
     void gather();
-    void writeJournal(std::span<const CursorSample> samples, std::span<const InputEvent> events);
+    void updateOffsets();
+    void writeJournal(const std::function<void(EventJournal&)>& write);
 
     EventLog log_;
     EventRetimer retimer_;
     std::unique_ptr<CursorSampler> cursor_;
     std::unique_ptr<InputEventTap> eventTap_;
+    std::function<FileOffsets()> readOffsets_;
     std::optional<EventJournal> journal_;
     bool journalFailed_ = false;
     std::mutex lock_;

@@ -5,9 +5,12 @@
 #include <QDateTime>
 #include <algorithm>
 #include <chrono>
+#include <exception>
+#include <functional>
 #include <stdexcept>
 #include <system_error>
 
+#include "base/BoundedWait.h"
 #include "base/HostClock.h"
 #include "base/Log.h"
 #include "capture/CaptureError.h"
@@ -20,6 +23,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto originLimit = 8s;
+constexpr auto cameraStartLimit = 4s;
+constexpr auto deviceOpenLimit = 4s;
+constexpr int leastAgentCountdown = 3;
 constexpr double cursorSamplesPerSecond = 120.0;
 
 TakeBundle createBundle(const std::filesystem::path& library) {
@@ -28,6 +34,27 @@ TakeBundle createBundle(const std::filesystem::path& library) {
     const QDateTime now = QDateTime::currentDateTime();
     const std::chrono::seconds localTime(now.toSecsSinceEpoch() + now.offsetFromUtc());
     return TakeBundle::create(library / TakeBundle::folderName(std::chrono::local_seconds(localTime)));
+}
+
+/// Opens a device on a thread of its own, since the sound server may hang.
+template <typename Device>
+QCoro::Task<std::unique_ptr<Device>> opened(std::function<std::unique_ptr<Device>()> open) {
+    struct Result {
+        std::unique_ptr<Device> device;
+        std::exception_ptr error;
+    };
+    const auto result = std::make_shared<Result>();
+    std::function<void()> work = [open = std::move(open), result] {
+        try {
+            result->device = open();
+        } catch (...) {
+            result->error = std::current_exception();
+        }
+    };
+    const bool inTime = co_await runBounded(std::move(work), deviceOpenLimit);
+    if (!inTime) throw std::runtime_error("The sound server doesn't answer.");
+    if (result->error) std::rethrow_exception(result->error);
+    co_return std::move(result->device);
 }
 
 }  // namespace
@@ -39,16 +66,19 @@ void RecordingController::setState(State state) {
 
 QCoro::Task<RecordingController::StartOutcome> RecordingController::start(CaptureSource source,
                                                                           RecordingPreferences preferences,
-                                                                          std::stop_token cancel) {
+                                                                          std::stop_token cancel,
+                                                                          StartedBy by) {
     if (state_ != State::idle) co_return Cancelled{};
     setState(State::starting);
+    warnings_.clear();
     std::optional<std::string> failure;
+    bool wanted = true;
     try {
-        co_await startSources(std::move(source), std::move(preferences), cancel);
+        wanted = co_await startSources(std::move(source), std::move(preferences), cancel, by);
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    if (cancel.stop_requested()) {
+    if (cancel.stop_requested() || !wanted) {
         const auto unwanted = bundle_;
         co_await abortCapture();
         std::error_code ignored;
@@ -62,28 +92,142 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     }
     setState(State::recording);
     qCInfo(Log::recording, "Recording started → %s", bundle_->url.filename().c_str());
-    co_return Started{bundle_->url};
+    co_return Started{bundle_->url, warnings_};
 }
 
 /// The order matters: whatever is slow comes before the countdown, and the screen's first frame is the time
-/// zero that everything else is measured against. Returns early when cancelled.
-QCoro::Task<> RecordingController::startSources(CaptureSource source, RecordingPreferences preferences,
-                                                std::stop_token cancel) {
+/// zero that everything else is measured against. False when it is given up.
+QCoro::Task<bool> RecordingController::startSources(CaptureSource source, RecordingPreferences preferences,
+                                                    std::stop_token cancel, StartedBy by) {
+    applyPermissions(preferences);
     const CaptureTarget target = resolveSource(source, platform_.shareableContent());
     bundle_ = createBundle(preferences.libraryFolder);
-    co_await countDown(preferences.countdownSeconds, cancel);
-    if (cancel.stop_requested()) co_return;
+    cameraChoice_ = preferences.camera;
 
-    const std::uint64_t streamStartHostTime = HostClock::nanoseconds();
-    screen_ = ScreenCaptureEngine::start(platform_, target, bundle_->file(TakeBundle::screenFile),
-                                         [this](const std::string& reason) { announceEnd(reason); });
-    {
-        const std::stop_callback release(cancel, [this] { screen_->releaseWaiter(); });
-        co_await screen_->waitForOrigin(originLimit);
+    if (preferences.captureMicrophone) {
+        const bool wanted = co_await prepareMicrophone(preferences.micDeviceID, by);
+        if (!wanted) co_return false;
     }
-    if (cancel.stop_requested()) co_return;
+    co_await prepareCamera(preferences.captureWebcam, preferences.webcamDeviceID, by);
+    // The camera's file begins during the countdown, so that it is really being written before the screen is.
+    if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
+    auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio);
+
+    const int countdown = preferences.countdownSeconds;
+    co_await countDown(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown, cancel);
+    if (cancel.stop_requested()) co_return false;
+    if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit);
+
+    co_await startScreen(target, std::move(systemAudio), cancel);
+    if (cancel.stop_requested()) co_return false;
     if (!screen_->started()) throw CaptureError::noFrames();
-    startInput(streamStartHostTime);
+    startInput();
+    if (mic_) mic_->arm(screen_->timelineOrigin());
+    co_return true;
+}
+
+/// What may not be used is silently off.
+void RecordingController::applyPermissions(RecordingPreferences& preferences) const {
+    using enum PermissionsManager::Status;
+    preferences.captureMicrophone = preferences.captureMicrophone && permissions_.microphone() == granted;
+    preferences.captureWebcam = preferences.captureWebcam && permissions_.camera() == granted;
+}
+
+QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier, StartedBy by) {
+    std::string reason;
+    try {
+        std::function<std::unique_ptr<LiveSoundSource>()> open = [this, identifier] {
+            return devices_.openMicrophone(identifier);
+        };
+        auto microphone = co_await opened(std::move(open));
+        mic_ = MicRecorder::start(std::move(microphone), bundle_->file(TakeBundle::microphoneFile));
+        co_return true;
+    } catch (const std::exception& error) {
+        reason = error.what();
+    }
+    qCInfo(Log::recording, "Microphone unavailable: %s", reason.c_str());
+    if (by == StartedBy::agent) {
+        warnings_.push_back("Recording without the microphone: " + reason);
+        co_return true;
+    }
+    co_return co_await presenter_.confirmWithoutMicrophone(reason);
+}
+
+QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identifier, StartedBy by) {
+    if (!wanted) {
+        co_await setPreview(nullptr);
+        co_return;
+    }
+    if (previewWebcam_) {  // the warm one records, and nothing has to start again
+        webcam_ = std::move(previewWebcam_);
+        co_return;
+    }
+    std::string reason;
+    try {
+        webcam_ = co_await openCamera(std::move(identifier));
+        co_return;
+    } catch (const std::exception& error) {
+        reason = error.what();
+    }
+    qCInfo(Log::recording, "Webcam unavailable: %s", reason.c_str());
+    if (by == StartedBy::agent) {
+        warnings_.push_back("Recording without the camera: " + reason);
+    } else {
+        co_await presenter_.tellWithoutCamera(reason);
+    }
+}
+
+QCoro::Task<std::unique_ptr<WebcamRecorder>> RecordingController::openCamera(std::string identifier) {
+    std::function<std::unique_ptr<CameraSource>()> open = [this, identifier] {
+        return devices_.openCamera(identifier);
+    };
+    auto camera = co_await opened(std::move(open));
+    co_return WebcamRecorder::start(std::move(camera));
+}
+
+/// None when it isn't wanted or there is no sound server, which is logged.
+QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAudio(bool wanted) {
+    if (!wanted) co_return std::unique_ptr<LiveSoundSource>();
+    try {
+        std::function<std::unique_ptr<LiveSoundSource>()> open = [this] {
+            return devices_.openSystemAudio();
+        };
+        co_return co_await opened(std::move(open));
+    } catch (const std::exception& error) {
+        qCInfo(Log::recording, "System audio unavailable: %s", error.what());
+    }
+    co_return std::unique_ptr<LiveSoundSource>();
+}
+
+QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamDeviceID) {
+    if (state_ != State::idle || on == hasCameraPreview()) co_return;
+    if (!on) {
+        co_await setPreview(nullptr);
+        co_return;
+    }
+    try {
+        auto camera = co_await openCamera(std::move(webcamDeviceID));
+        co_await setPreview(std::move(camera));
+    } catch (const std::exception& error) {
+        qCCritical(Log::recording, "Camera preview unavailable: %s", error.what());
+    }
+}
+
+/// Lets go of the camera that was warm before.
+QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> camera) {
+    const auto old = std::exchange(previewWebcam_, std::move(camera));
+    if (old) co_await old->stop();
+}
+
+QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
+                                               std::unique_ptr<LiveSoundSource> systemAudio,
+                                               std::stop_token cancel) {
+    streamStartHostTime_ = HostClock::nanoseconds();
+    screen_ = ScreenCaptureEngine::start(platform_, target, std::move(systemAudio),
+                                         bundle_->file(TakeBundle::screenFile),
+                                         [this](const std::string& reason) { announceEnd(reason); });
+    const std::stop_callback release(cancel, [this] { screen_->releaseWaiter(); });
+    co_await screen_->waitForOrigin(originLimit);
 }
 
 /// Any thread: whoever listens hears it on the main one.
@@ -107,9 +251,9 @@ QCoro::Task<> RecordingController::countDown(int seconds, std::stop_token cancel
     co_await QCoro::sleepFor(120ms);
 }
 
-void RecordingController::startInput(std::uint64_t streamStartHostTime) {
+void RecordingController::startInput() {
     EventLog log;
-    log.streamStartHostTime = streamStartHostTime;
+    log.streamStartHostTime = streamStartHostTime_;
     log.captureRect = screen_->captureRect();
     const Rect frame{log.captureRect.x, log.captureRect.y, log.captureRect.width, log.captureRect.height};
     const double origin = screen_->timelineOrigin();
@@ -119,19 +263,53 @@ void RecordingController::startInput(std::uint64_t streamStartHostTime) {
     if (!eventTap->start()) {
         qCCritical(Log::recording, "Event tap unavailable; clicks and keys will not be recorded");
     }
+    if (cameraRecorded()) showCameraInEdit();
     input_ = std::make_unique<InputRecorder>(*bundle_, std::move(log), origin, std::move(cursor),
-                                             std::move(eventTap));
+                                             std::move(eventTap), [this] { return offsets(); });
+}
+
+/// Any thread.
+FileOffsets RecordingController::offsets() const {
+    const double origin = screen_->timelineOrigin();
+    const auto micStart = mic_ ? mic_->firstSamplePTS() : std::nullopt;
+    const auto webcamStart = webcam_ ? webcam_->fileStartHostTime() : std::nullopt;
+    return {.webcam = webcamStart.value_or(origin) - origin, .mic = micStart.value_or(origin) - origin};
+}
+
+bool RecordingController::cameraRecorded() const {
+    return webcam_ && webcam_->fileStartHostTime();
+}
+
+/// So that it also shows when the recorder dies before the stop.
+void RecordingController::showCameraInEdit() const {
+    EditParams edit;
+    showCamera(edit, cameraChoice_);
+    try {
+        bundle_->write(edit);
+    } catch (const std::system_error& error) {
+        qCCritical(Log::recording, "Failed to write edit.json: %s", error.what());
+    }
 }
 
 QCoro::Task<> RecordingController::stop() {
     if (state_ != State::recording || !bundle_ || !screen_) co_return;
     setState(State::finishing);
+    if (mic_) co_await mic_->stop();
     co_await screen_->stop();
     const EventLog log = input_->stop();
+    if (webcam_) co_await webcam_->stop();
+    logOffsets(log);
     storeLog(log);
     lastBundle_ = bundle_->url;
     tearDown();
     setState(State::idle);
+}
+
+void RecordingController::logOffsets(const EventLog& log) const {
+    if (mic_ && mic_->firstSamplePTS())
+        qCInfo(Log::recording, "Mic starts %.3fs after the origin", log.micStartOffset);
+    if (cameraRecorded())
+        qCInfo(Log::recording, "Webcam starts %.3fs relative to the origin", log.webcamStartOffset);
 }
 
 void RecordingController::storeLog(const EventLog& log) {
@@ -145,7 +323,8 @@ void RecordingController::storeLog(const EventLog& log) {
     }
     std::size_t keyframes = 0;
     try {
-        keyframes = storeGeneratedZooms(*bundle_, log);
+        keyframes =
+            storeFirstEdit(*bundle_, log, cameraRecorded() ? std::optional(cameraChoice_) : std::nullopt);
     } catch (const std::system_error& error) {
         qCCritical(Log::recording, "Failed to write edit.json: %s", error.what());
         complete = false;
@@ -156,18 +335,23 @@ void RecordingController::storeLog(const EventLog& log) {
 }
 
 QCoro::Task<> RecordingController::abortCapture() {
+    co_await setPreview(nullptr);
     if (screen_) co_await screen_->stop();
     if (input_) {
         input_->stop();
         input_->discardJournal();
     }
+    if (mic_) co_await mic_->stop();
+    if (webcam_) co_await webcam_->stop();
     tearDown();
     setState(State::idle);
 }
 
 void RecordingController::tearDown() {
-    screen_.reset();
     input_.reset();
+    screen_.reset();
+    mic_.reset();
+    webcam_.reset();
     bundle_.reset();
 }
 

@@ -9,13 +9,18 @@
 #include <stop_token>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "capture/CapturePlatform.h"
 #include "capture/CaptureSource.h"
 #include "capture/InputRecorder.h"
+#include "capture/MicRecorder.h"
+#include "capture/PermissionsManager.h"
+#include "capture/RecordingDevices.h"
 #include "capture/RecordingPreferences.h"
 #include "capture/RecordingPresenter.h"
 #include "capture/ScreenCaptureEngine.h"
+#include "capture/WebcamRecorder.h"
 #include "core/TakeBundle.h"
 
 namespace tessaloom {
@@ -28,8 +33,13 @@ class RecordingController : public QObject {
   public:
     enum class State { idle, starting, recording, finishing };
 
+    /// Whether somebody is there to be asked and told. An agent can't answer: what a user would be asked is
+    /// taken as going on, and what a user would be told comes back as a warning.
+    enum class StartedBy { user, agent };
+
     struct Started {
         std::filesystem::path bundle;
+        std::vector<std::string> warnings;  ///< for an agent only
     };
     struct Failed {
         std::string message;  ///< for the user
@@ -37,8 +47,12 @@ class RecordingController : public QObject {
     struct Cancelled {};
     using StartOutcome = std::variant<Started, Failed, Cancelled>;
 
-    RecordingController(CapturePlatform& platform, RecordingPresenter& presenter)
-        : platform_(platform), presenter_(presenter) {}
+    RecordingController(CapturePlatform& platform, RecordingDevices& devices, RecordingPresenter& presenter,
+                        PermissionsManager permissions = PermissionsManager::unrestricted())
+        : platform_(platform),
+          devices_(devices),
+          presenter_(presenter),
+          permissions_(std::move(permissions)) {}
 
     State state() const { return state_; }
     /// The last finished recording's.
@@ -46,8 +60,14 @@ class RecordingController : public QObject {
 
     /// A start that fails leaves its bundle folder, one that is cancelled through `cancel` removes it.
     /// Cancelled is also the answer, with no effect, while another recording is going on.
+    /// An agent's countdown is 3 seconds at least, so that a human who watches is warned.
     QCoro::Task<StartOutcome> start(CaptureSource source, RecordingPreferences preferences,
-                                    std::stop_token cancel);
+                                    std::stop_token cancel, StartedBy by = StartedBy::user);
+
+    /// Warms the camera up while no recording is going on, or lets it go. A recording that wants the camera
+    /// takes over the warm one. A camera that can't be opened is logged, and stays off.
+    QCoro::Task<> setCameraPreview(bool on, std::string webcamDeviceID);
+    bool hasCameraPreview() const { return previewWebcam_ != nullptr; }
 
     /// Does nothing unless a recording is going on. Never loses what was recorded.
     QCoro::Task<> stop();
@@ -60,22 +80,42 @@ class RecordingController : public QObject {
 
   private:
     void setState(State state);
-    QCoro::Task<> startSources(CaptureSource source, RecordingPreferences preferences,
-                               std::stop_token cancel);
-    void announceEnd(const std::string& reason);
+    QCoro::Task<bool> startSources(CaptureSource source, RecordingPreferences preferences,
+                                   std::stop_token cancel, StartedBy by);
+    void applyPermissions(RecordingPreferences& preferences) const;
+    QCoro::Task<bool> prepareMicrophone(std::string identifier, StartedBy by);
+    QCoro::Task<> prepareCamera(bool wanted, std::string identifier, StartedBy by);
+    QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
+    QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
+    QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
     QCoro::Task<> countDown(int seconds, std::stop_token cancel);
-    void startInput(std::uint64_t streamStartHostTime);
+    QCoro::Task<> startScreen(CaptureTarget target, std::unique_ptr<LiveSoundSource> systemAudio,
+                              std::stop_token cancel);
+    void announceEnd(const std::string& reason);
+    void startInput();
+    FileOffsets offsets() const;
+    bool cameraRecorded() const;
+    void showCameraInEdit() const;
+    void logOffsets(const EventLog& log) const;
     void storeLog(const EventLog& log);
     QCoro::Task<> abortCapture();
     void tearDown();
 
     CapturePlatform& platform_;
+    RecordingDevices& devices_;
     RecordingPresenter& presenter_;
+    PermissionsManager permissions_;
     State state_ = State::idle;
     std::optional<std::filesystem::path> lastBundle_;
     std::optional<TakeBundle> bundle_;
+    CameraChoice cameraChoice_;
+    std::vector<std::string> warnings_;
+    std::uint64_t streamStartHostTime_ = 0;
+    std::unique_ptr<WebcamRecorder> previewWebcam_;
+    std::unique_ptr<MicRecorder> mic_;
+    std::unique_ptr<WebcamRecorder> webcam_;
     std::unique_ptr<ScreenCaptureEngine> screen_;
-    std::unique_ptr<InputRecorder> input_;
+    std::unique_ptr<InputRecorder> input_;  ///< after mic and camera, whose starts it asks for
 };
 
 }  // namespace tessaloom

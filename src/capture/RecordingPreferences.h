@@ -2,19 +2,27 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "base/Defaults.h"
+#include "motion/FirstEdit.h"
 
 namespace tessaloom {
 
-/// The user's stored choices for a recording, as one run of it takes them.
+/// The user's choices for a recording, as one run of it takes them.
 struct RecordingPreferences {
     int countdownSeconds = 3;  ///< 0 or less: none
     std::filesystem::path libraryFolder;
 
-    static RecordingPreferences stored(const Defaults& defaults) {
-        return {defaults.integer("countdownSeconds").value_or(3), Defaults::libraryFolder()};
-    }
+    bool captureMicrophone = true;
+    bool captureWebcam = false;
+    bool captureSystemAudio = true;
+    /// Identifiers of devices; empty for the default one.
+    std::string micDeviceID;
+    std::string webcamDeviceID;
+    CameraChoice camera;
+
+    static RecordingPreferences stored(const Defaults& defaults);
 };
 
 }  // namespace tessaloom

@@ -2,6 +2,7 @@
 #include "capture/ScreenCaptureEngine.h"
 
 #include <QPromise>
+#include <atomic>
 #include <cmath>
 #include <mutex>
 #include <system_error>
@@ -10,7 +11,7 @@
 #include "base/HostClock.h"
 #include "base/Log.h"
 #include "capture/CaptureError.h"
-#include "capture/ScreenMovie.h"
+#include "capture/LiveMovie.h"
 #include "media/MediaError.h"
 
 namespace tessaloom {
@@ -37,6 +38,16 @@ CaptureRect recordedRect(const CaptureTarget& target, const StreamConfiguration&
             stream.source.width / scale, stream.source.height / scale, scale};
 }
 
+MovieWriter::Settings movieSettings(const StreamConfiguration& stream, const LiveSoundSource* sound) {
+    MovieWriter::Settings settings{.container = MovieWriter::Container::fragmentedMovie,
+                                   .video = H264Settings::capture(stream.source.width, stream.source.height)};
+    if (sound != nullptr) {
+        settings.sound =
+            AacSettings{.sampleRate = sound->format().sampleRate, .channels = sound->format().channels};
+    }
+    return settings;
+}
+
 }  // namespace
 
 StreamConfiguration streamConfiguration(const CaptureTarget& target) {
@@ -61,6 +72,7 @@ struct ScreenCaptureEngine::Recording {
     }
 
     void receive(const ScreenFrame& frame);
+    void receive(const SoundChunk& chunk);
     void endedByItself(const std::string& reason);
     void finish();
 
@@ -73,14 +85,15 @@ struct ScreenCaptureEngine::Recording {
     bool started = false;
     double timelineOrigin = 0;
 
-    bool ended = false;  ///< stream's thread only
-    std::unique_ptr<ScreenMovie> movie;
-    std::unique_ptr<ScreenStream> stream;  ///< last, so that its thread ends before what it uses
+    std::atomic<bool> ended = false;
+    std::unique_ptr<LiveMovie> movie;
+    // Last, so that their threads end before what they use.
+    std::unique_ptr<LiveSoundSource> systemAudio;
+    std::unique_ptr<ScreenStream> stream;
 };
 
 void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
     if (ended) return;
-    double origin = 0;
     {
         const std::lock_guard guard(lock);
         if (!started) {
@@ -88,18 +101,25 @@ void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
             timelineOrigin = frame.hostTime;
             originKnown.finish();
         }
-        origin = timelineOrigin;
     }
     try {
-        movie->append(frame.patches, frame.hostTime - origin);
+        movie->append(frame.patches, frame.hostTime);
+    } catch (const MediaError& error) {
+        endedByItself(error.what());
+    }
+}
+
+void ScreenCaptureEngine::Recording::receive(const SoundChunk& chunk) {
+    if (ended) return;
+    try {
+        movie->appendSound(chunk);
     } catch (const MediaError& error) {
         endedByItself(error.what());
     }
 }
 
 void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
-    if (ended) return;
-    ended = true;
+    if (ended.exchange(true)) return;
     qCCritical(Log::screenCapture, "Stream stopped with error: %s", reason.c_str());
     {
         const std::lock_guard guard(lock);
@@ -110,9 +130,9 @@ void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
 
 void ScreenCaptureEngine::Recording::finish() {
     if (stream) stream->stop();
-    const double endTime = HostClock::seconds() - timelineOrigin;
+    if (systemAudio) systemAudio->stop();
     try {
-        if (started) movie->finish(endTime);
+        if (started) movie->finish(HostClock::seconds());
     } catch (const MediaError& error) {
         qCCritical(Log::screenCapture, "stopCapture failed: %s", error.what());
     }
@@ -123,22 +143,22 @@ void ScreenCaptureEngine::Recording::finish() {
 
 std::unique_ptr<ScreenCaptureEngine> ScreenCaptureEngine::start(CapturePlatform& platform,
                                                                 const CaptureTarget& target,
+                                                                std::unique_ptr<LiveSoundSource> systemAudio,
                                                                 const std::filesystem::path& file,
                                                                 StoppedHandler onStopped) {
     const StreamConfiguration configuration = streamConfiguration(target);
-    const int width = configuration.source.width;
-    const int height = configuration.source.height;
     auto recording =
         std::make_shared<Recording>(recordedRect(target, configuration), file, std::move(onStopped));
-    auto writer = MovieWriter::create(file, {.container = MovieWriter::Container::fragmentedMovie,
-                                             .video = H264Settings::capture(width, height)});
-    recording->movie = std::make_unique<ScreenMovie>(std::move(writer), width, height);
+    recording->movie = std::make_unique<LiveMovie>(file, movieSettings(configuration, systemAudio.get()));
+    recording->systemAudio = std::move(systemAudio);
     recording->stream = platform.makeScreenStream(configuration);
-    Recording* const receiver = recording.get();  // the stream is the recording's own and ends before it
+    Recording* const receiver = recording.get();  // both sources are the recording's own and end before it
+    if (recording->systemAudio)
+        recording->systemAudio->start([receiver](const SoundChunk& chunk) { receiver->receive(chunk); });
     recording->stream->start([receiver](const ScreenFrame& frame) { receiver->receive(frame); },
                              [receiver](const std::string& reason) { receiver->endedByItself(reason); });
-    qCInfo(Log::screenCapture, "Screen capture started (%dx%d @ scale %f)", width, height,
-           target.filter.pointPixelScale);
+    qCInfo(Log::screenCapture, "Screen capture started (%dx%d @ scale %f)", configuration.source.width,
+           configuration.source.height, target.filter.pointPixelScale);
     return std::unique_ptr<ScreenCaptureEngine>(new ScreenCaptureEngine(std::move(recording)));
 }
 

@@ -8,6 +8,7 @@
 
 #include "capture/CapturePlatform.h"
 #include "capture/CaptureTarget.h"
+#include "capture/LiveSoundSource.h"
 #include "core/CaptureRect.h"
 
 namespace tessaloom {
@@ -16,16 +17,19 @@ namespace tessaloom {
 /// or column at its end is left out. Throws CaptureError::noDisplay for a target without extent.
 StreamConfiguration streamConfiguration(const CaptureTarget& target);
 
-/// Records one screen stream into a movie file and defines the recording's time zero: the host time of the
-/// first complete frame. Serves one recording. Main thread, except where told.
+/// Records one screen stream, with what the speakers play beside it, into a movie file and defines the
+/// recording's time zero: the host time of the first complete frame. Serves one recording. Main thread,
+/// except where told.
 class ScreenCaptureEngine {
   public:
     /// The stream or its file ended by themselves, for the reason given. Called on another thread, at most
     /// once.
     using StoppedHandler = std::function<void(const std::string& reason)>;
 
-    /// Throws CaptureError, MediaError or std::runtime_error when the file or the stream can't be opened.
+    /// With `systemAudio` the movie has a second track, as long as the first. Throws CaptureError, MediaError
+    /// or std::runtime_error when the file or the stream can't be opened.
     static std::unique_ptr<ScreenCaptureEngine> start(CapturePlatform& platform, const CaptureTarget& target,
+                                                      std::unique_ptr<LiveSoundSource> systemAudio,
                                                       const std::filesystem::path& file,
                                                       StoppedHandler onStopped);
 

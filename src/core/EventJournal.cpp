@@ -72,6 +72,10 @@ void EventJournal::append(std::span<const CursorSample> samples, std::span<const
     write(lines);
 }
 
+void EventJournal::replaceHeader(const EventLog& header) {
+    write('\n' + headerLine(header));
+}
+
 void EventJournal::write(std::string_view lines) {
     file_.writeAll(lines);
     file_.syncData();

@@ -24,6 +24,10 @@ class EventJournal {
     /// On disk when it returns. Throws std::system_error.
     void append(std::span<const CursorSample> samples, std::span<const InputEvent> events);
 
+    /// From here on these values hold in place of those before; the lists are left out. On disk when it
+    /// returns. Throws std::system_error.
+    void replaceHeader(const EventLog& header);
+
     /// Deletes the file: the finished log has been stored. Throws std::system_error.
     void remove();
 

@@ -119,9 +119,10 @@ void Exporter::writeMovie(const std::filesystem::path& destination, Encoding enc
     auto mix = makeAudioMix(bundle_, settings_);
     ExportStaging staging(destination);
     const auto bitRate = movieBitRate(run.canvas, settings_.bitsPerPixel);
-    const MovieWriter::Settings settings{.container = MovieWriter::Container::mp4,
-                                         .video = encoding(run.canvas.width, run.canvas.height, bitRate),
-                                         .sound = mix.has_value()};
+    const MovieWriter::Settings settings{
+        .container = MovieWriter::Container::mp4,
+        .video = encoding(run.canvas.width, run.canvas.height, bitRate),
+        .sound = mix ? std::optional(AacSettings{.sampleRate = soundRate}) : std::nullopt};
     MovieSink sink(MovieWriter::create(staging.url(), settings), std::move(mix), stop);
     if (drawInto(sink, run, progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
     sink.finish();

@@ -32,6 +32,10 @@ HeldFrameReader* readerOf(std::optional<HeldFrameReader>& movie) {
     return movie ? &*movie : nullptr;
 }
 
+bool viewMoves(const FrameComposer::Frame& before, const FrameComposer::Frame& after) {
+    return before.uniforms.b != after.uniforms.b || before.uniforms.c != after.uniforms.c;
+}
+
 }  // namespace
 
 template <typename Picture>
@@ -84,6 +88,7 @@ void FramePipeline<Picture>::draw(const std::function<void(double)>& progress, c
         auto composed = compose(source->time);
         DrawnFrame drawn{.index = source->index, .picture = {}};
         if (changes.recording || (changes.camera && composed.webcam) || last != composed) {
+            drawn.change = last && viewMoves(*last, composed) ? FrameChange::view : FrameChange::content;
             drawn.picture = freePictures_.pop().value_or(nullptr);
             if (!drawn.picture) return;
             parts_.renderer.render(composed, shownSources(), *drawn.picture);
@@ -103,9 +108,8 @@ std::int64_t FramePipeline<Picture>::encode() {
     auto picture = std::make_unique<Picture>(parts_.canvas.width, parts_.canvas.height);
     std::int64_t count = 0;
     while (auto drawn = drawnFrames_.pop()) {
-        const bool changed = drawn->picture != nullptr;
-        if (changed) freePictures_.push(std::exchange(picture, std::move(drawn->picture)));
-        parts_.sink.append(drawn->index, *picture, changed);
+        if (drawn->picture) freePictures_.push(std::exchange(picture, std::move(drawn->picture)));
+        parts_.sink.append(drawn->index, *picture, drawn->change);
         ++count;
     }
     return count;

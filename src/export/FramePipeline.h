@@ -49,9 +49,10 @@ class FramePipeline {
         std::unique_ptr<BgraImage> camera;
         std::unique_ptr<BgraImage> matte;
     };
-    /// One output frame ready to encode; no picture means the one before.
+    /// One output frame ready to encode; no picture where nothing changed.
     struct DrawnFrame {
         std::int64_t index = 0;
+        FrameChange change = FrameChange::none;
         std::unique_ptr<Picture> picture;
     };
 

@@ -26,7 +26,7 @@ void SoundPump::pump(std::int64_t end, const std::stop_token& stop) {
         if (stop.stop_requested()) throw ExportCancelled();
         block_.resize(static_cast<std::size_t>(std::min(mix_.length - position_, blockLength)));
         mix_.sound->read(block_);
-        writer_.appendSound(block_);
+        writer_.appendSound(interleaved(block_));
         position_ += static_cast<std::int64_t>(block_.size());
     }
 }

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/H264Encoder.h"
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
+#include <algorithm>
 #include <cmath>
 
 #include "media/LibavHandles.h"
@@ -14,6 +19,8 @@ struct H264Encoder::Codec {
 };
 
 namespace {
+
+constexpr int coarsestQuantiser = 51;
 
 LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     AVDictionary* options = nullptr;
@@ -51,10 +58,32 @@ void lendPlanes(AVFrame& frame, const YuvImage& image) {
     frame.buf[0] = av_buffer_create(frame.data[0], size, keepPixels, nullptr, AV_BUFFER_FLAG_READONLY);
 }
 
+/// Asks for a quantiser that is `steps` coarser than the rate control's, everywhere in the picture.
+void coarsen(AVFrame& frame, int steps) {
+    AVFrameSideData* data =
+        av_frame_new_side_data(&frame, AV_FRAME_DATA_REGIONS_OF_INTEREST, sizeof(AVRegionOfInterest));
+    if (data == nullptr) return;
+    *reinterpret_cast<AVRegionOfInterest*>(data->data) = {.self_size = sizeof(AVRegionOfInterest),
+                                                          .top = 0,
+                                                          .bottom = frame.height,
+                                                          .left = 0,
+                                                          .right = frame.width,
+                                                          .qoffset = {steps, coarsestQuantiser}};
+}
+
+/// The rate control's quantiser for a packet's picture.
+std::optional<int> quantiserOf(const AVPacket& packet) {
+    std::size_t size = 0;
+    const std::uint8_t* statistics = av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
+    if (statistics == nullptr || size < sizeof(std::uint32_t)) return std::nullopt;
+    return static_cast<int>(AV_RL32(statistics)) / FF_QP2LAMBDA;
+}
+
 }  // namespace
 
 H264Encoder::H264Encoder(const H264Settings& settings)
-    : keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
+    : settings_(settings),
+      keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
       codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})) {}
 
 H264Encoder::~H264Encoder() = default;
@@ -64,14 +93,16 @@ void H264Encoder::copyParameters(AVCodecParameters& target) const {
                                 "The video stream can't be described");
 }
 
-void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, const PacketSink& sink) {
+void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotion motion,
+                         const PacketSink& sink) {
     AVFrame& frame = *codec_->frame;
     lendPlanes(frame, image);
     frame.format = AV_PIX_FMT_YUV420P;
     frame.width = image.width();
     frame.height = image.height();
     frame.pts = ticks;
-    frame.pict_type = keyFrameIsDue(ticks) ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
+    choosePrediction(frame);
+    if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
     const int result = avcodec_send_frame(codec_->context.get(), &frame);
     av_frame_unref(&frame);
     requireLibav<EncodingError>(result, "A video frame can't be encoded");
@@ -85,7 +116,26 @@ void H264Encoder::finish(const PacketSink& sink) {
 }
 
 bool H264Encoder::keyFrameIsDue(std::int64_t ticks) const {
-    return keyFrameTicks_ > 0 && lastKeyFrame_ && ticks - *lastKeyFrame_ >= keyFrameTicks_;
+    return keyFrameTicks_ > 0 && (!lastKeyFrame_ || ticks - *lastKeyFrame_ >= keyFrameTicks_);
+}
+
+void H264Encoder::choosePrediction(AVFrame& frame) {
+    frame.pict_type = settings_.predictsForwardOnly ? AV_PICTURE_TYPE_P : AV_PICTURE_TYPE_NONE;
+    if (!keyFrameIsDue(frame.pts)) return;
+    frame.pict_type = AV_PICTURE_TYPE_I;
+    lastKeyFrame_ = frame.pts;
+}
+
+int H264Encoder::coarsening(PictureMotion motion) const {
+    if (!settings_.finestQuantisers || !wantedQuantiser_) return 0;
+    const auto [still, moving] = *settings_.finestQuantisers;
+    return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
+}
+
+void H264Encoder::learnFrom(const AVPacket& packet) {
+    if ((packet.flags & AV_PKT_FLAG_KEY) != 0)
+        lastKeyFrame_ = std::max(lastKeyFrame_.value_or(packet.pts), packet.pts);
+    if (settings_.finestQuantisers) wantedQuantiser_ = quantiserOf(packet);
 }
 
 void H264Encoder::drain(const PacketSink& sink) {
@@ -94,7 +144,7 @@ void H264Encoder::drain(const PacketSink& sink) {
         const int result = avcodec_receive_packet(codec_->context.get(), &packet);
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
         requireLibav<EncodingError>(result, "A video frame can't be encoded");
-        if ((packet.flags & AV_PKT_FLAG_KEY) != 0) lastKeyFrame_ = packet.pts;
+        learnFrom(packet);
         sink(packet);
         av_packet_unref(&packet);
     }

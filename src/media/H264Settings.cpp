@@ -30,7 +30,9 @@ H264Settings H264Settings::exported(int width, int height, std::int64_t bitRate)
     return bt709({.width = width,
                   .height = height,
                   .timescale = 60,
-                  .keyFrameInterval = 0,
+                  .keyFrameInterval = 250.0 / 60,  // the encoder's own
+                  .finestQuantisers = FinestQuantisers{.still = 10, .moving = 26},
+                  .predictsForwardOnly = true,
                   .options = {{"preset", "veryfast"}, {"b", std::to_string(bitRate)}, {"profile", "high"}}});
 }
 

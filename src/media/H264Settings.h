@@ -2,11 +2,20 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace tessaloom {
+
+/// The finest quantisers (0 to 51, 0 is lossless, 6 more double the step) that are of any use. Without them
+/// an encoder with an average bit rate spends all of it on pictures that it finds easy, on differences that
+/// nobody can see, and most of its time with that.
+struct FinestQuantisers {
+    int still = 0;
+    int moving = 0;
+};
 
 /// How video is encoded: the picture's size in pixels (both even), the encoder and its options.
 struct H264Settings {
@@ -18,6 +27,9 @@ struct H264Settings {
     double keyFrameInterval = 0;
     /// By libav's name.
     std::string encoder = "libx264";
+    std::optional<FinestQuantisers> finestQuantisers = std::nullopt;
+    /// Pictures are predicted from earlier ones only, which takes less time than from later ones, too.
+    bool predictsForwardOnly = false;
     /// Encoder options by libav name, applied in order.
     std::vector<std::pair<std::string, std::string>> options;
 

@@ -25,13 +25,26 @@ using OutputHandle = std::unique_ptr<AVFormatContext, OutputDelete>;
 
 constexpr auto writeProblem = "The movie can't be written";
 
+const char* muxerName(MovieWriter::Container container) {
+    switch (container) {
+        case MovieWriter::Container::fragmentedMovie:
+            return "mov";
+        case MovieWriter::Container::fragmentedSound:
+            return "ipod";
+        case MovieWriter::Container::mp4:
+            break;
+    }
+    return "mp4";
+}
+
 OutputHandle openOutput(const std::string& path, MovieWriter::Container container) {
     quietLibav();
-    const char* format = container == MovieWriter::Container::mp4 ? "mp4" : "mov";
     AVFormatContext* output = nullptr;
-    requireLibav(avformat_alloc_output_context2(&output, nullptr, format, path.c_str()), writeProblem);
+    requireLibav(avformat_alloc_output_context2(&output, nullptr, muxerName(container), path.c_str()),
+                 writeProblem);
     OutputHandle handle(output);
     requireLibav(avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE), writeProblem);
+    if (container != MovieWriter::Container::mp4) output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
     return handle;
 }
 
@@ -41,37 +54,59 @@ LibavHandle<AVDictionary> muxerOptions(const MovieWriter::Settings& settings) {
     av_dict_set_int(&options, "movie_timescale", movieTimescale, 0);
     if (settings.container == MovieWriter::Container::mp4) {
         av_dict_set(&options, "movflags", "faststart", 0);
-    } else {
-        // The delayed index knows the first frame's time; without the delay no edit list is written.
-        av_dict_set(&options, "movflags", "frag_custom+empty_moov+delay_moov+default_base_moof", 0);
-        av_dict_set_int(&options, "video_track_timescale", settings.video.timescale, 0);
+        return LibavHandle<AVDictionary>(options);
     }
+    // The delayed index knows each track's first time; without the delay no edit list is written.
+    av_dict_set(&options, "movflags", "frag_custom+empty_moov+delay_moov+default_base_moof", 0);
+    if (settings.video) av_dict_set_int(&options, "video_track_timescale", settings.video->timescale, 0);
     return LibavHandle<AVDictionary>(options);
 }
 
 }  // namespace
 
 struct MovieWriter::File {
+    /// A track, and the encoder's clock that its packets come with.
+    struct Track {
+        AVStream* stream = nullptr;
+        AVRational timeBase{};
+        bool begun = false;
+
+        /// Whether there is no such track, or it has a packet.
+        bool ready() const { return stream == nullptr || begun; }
+    };
+
     OutputHandle output;
-    AVStream* pictures = nullptr;
-    AVStream* sound = nullptr;
+    /// Whether packets wait for those of the other track that come before them. Fragments don't: they are to
+    /// hold all that there is.
+    bool interleaves = false;
+    Track video;
+    Track sound;
+
+    Track addTrack(int timescale) const {
+        AVStream* stream = avformat_new_stream(output.get(), nullptr);
+        stream->time_base = {1, timescale};
+        return {.stream = stream, .timeBase = stream->time_base};
+    }
+
+    void write(AVPacket& packet, Track& track) const {
+        packet.stream_index = track.stream->index;
+        av_packet_rescale_ts(&packet, track.timeBase, track.stream->time_base);
+        requireLibav(interleaves ? av_interleaved_write_frame(output.get(), &packet)
+                                 : av_write_frame(output.get(), &packet),
+                     writeProblem);
+        track.begun = true;
+    }
 };
 
 std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& path,
                                                  const Settings& settings) {
-    auto file = std::make_unique<File>(File{openOutput(path.string(), settings.container)});
+    auto file = std::make_unique<File>(File{.output = openOutput(path.string(), settings.container),
+                                            .interleaves = settings.container == Container::mp4,
+                                            .video = {},
+                                            .sound = {}});
     AVFormatContext* output = file->output.get();
-    if (settings.container == Container::fragmentedMovie) output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
-    file->pictures = avformat_new_stream(output, nullptr);
-    file->pictures->time_base = {1, settings.video.timescale};
-    if (settings.sound) {
-        file->sound = avformat_new_stream(output, nullptr);
-        file->sound->time_base = {1, soundRate};
-    }
-
     std::unique_ptr<MovieWriter> writer(new MovieWriter(settings, std::move(file)));
-    writer->encoder_.copyParameters(*writer->file_->pictures->codecpar);
-    if (settings.sound) writer->soundEncoder_->copyParameters(*writer->file_->sound->codecpar);
+    writer->openTracks();
     AVDictionary* options = muxerOptions(settings).release();
     const int result = avformat_write_header(output, &options);
     const LibavHandle<AVDictionary> unused(options);
@@ -80,67 +115,76 @@ std::unique_ptr<MovieWriter> MovieWriter::create(const std::filesystem::path& pa
 }
 
 MovieWriter::MovieWriter(const Settings& settings, std::unique_ptr<File> file)
-    : settings_(settings), encoder_(settings.video), file_(std::move(file)) {
-    if (settings.sound) soundEncoder_.emplace();
-}
+    : settings_(settings), file_(std::move(file)) {}
 
 MovieWriter::~MovieWriter() = default;
 
-void MovieWriter::appendVideo(const YuvImage& image, double time, double duration) {
-    if (fragmentStart_ && time - *fragmentStart_ >= longestFragment) flush();
-    if (!fragmentStart_) beginFragment(time);
-    const double timescale = settings_.video.timescale;
+void MovieWriter::openTracks() {
+    if (settings_.video) {
+        video_.emplace(*settings_.video);
+        file_->video = file_->addTrack(settings_.video->timescale);
+        video_->copyParameters(*file_->video.stream->codecpar);
+    }
+    if (settings_.sound) {
+        sound_.emplace(*settings_.sound);
+        file_->sound = file_->addTrack(settings_.sound->sampleRate);
+        sound_->copyParameters(*file_->sound.stream->codecpar);
+    }
+}
+
+void MovieWriter::appendVideo(const YuvImage& image, double time, double duration, PictureMotion motion) {
+    reachTime(time);
+    const double timescale = settings_.video->timescale;
     lastDuration_ = std::llround(duration * timescale);
-    encoder_.encode(image, std::llround(time * timescale),
-                    [this](AVPacket& packet) { writePicture(packet); });
+    video_->encode(image, std::llround(time * timescale), motion,
+                   [this](AVPacket& packet) { writeVideo(packet); });
 }
 
-void MovieWriter::appendSound(std::span<const StereoSample> sound) {
-    soundEncoder_->encode(sound, [this](AVPacket& packet) { writeSound(packet); });
+void MovieWriter::appendSound(std::span<const float> samples) {
+    const AacSettings& sound = *settings_.sound;
+    reachTime(static_cast<double>(soundFrames_) / sound.sampleRate);
+    soundFrames_ += static_cast<std::int64_t>(samples.size()) / sound.channels;
+    sound_->encode(samples, [this](AVPacket& packet) { writeSound(packet); });
 }
 
-void MovieWriter::flush() {
-    if (settings_.container == Container::mp4 || !fragmentStart_) return;
+bool MovieWriter::flush() {
+    if (settings_.container == Container::mp4 || !fragmentStart_) return false;
+    // The index tells where each track begins, and is written only once.
+    if (!file_->video.ready() || !file_->sound.ready()) return false;
     cutFragment();
     // The first cut only writes the delayed index.
     if (!indexWritten_) cutFragment();
     indexWritten_ = true;
     fragmentStart_.reset();
+    return true;
 }
 
 void MovieWriter::finish() {
-    encoder_.finish([this](AVPacket& packet) { writePicture(packet); });
-    if (soundEncoder_) soundEncoder_->finish([this](AVPacket& packet) { writeSound(packet); });
+    if (video_) video_->finish([this](AVPacket& packet) { writeVideo(packet); });
+    if (sound_) sound_->finish([this](AVPacket& packet) { writeSound(packet); });
     flush();
     AVFormatContext* output = file_->output.get();
     requireLibav(av_write_trailer(output), writeProblem);
     requireLibav(avio_closep(&output->pb), writeProblem);
 }
 
-void MovieWriter::writePicture(AVPacket& packet) {
+void MovieWriter::writeVideo(AVPacket& packet) {
     packet.duration = lastDuration_;
-    packet.stream_index = file_->pictures->index;
-    av_packet_rescale_ts(&packet, {1, settings_.video.timescale}, file_->pictures->time_base);
-    writePacket(packet);
+    file_->write(packet, file_->video);
 }
 
 void MovieWriter::writeSound(AVPacket& packet) {
-    packet.stream_index = file_->sound->index;
-    av_packet_rescale_ts(&packet, {1, soundRate}, file_->sound->time_base);
-    writePacket(packet);
+    file_->write(packet, file_->sound);
 }
 
-void MovieWriter::writePacket(AVPacket& packet) {
-    AVFormatContext* output = file_->output.get();
-    const bool twoTracks = file_->sound != nullptr;
-    requireLibav(twoTracks ? av_interleaved_write_frame(output, &packet) : av_write_frame(output, &packet),
-                 writeProblem);
-}
-
-void MovieWriter::beginFragment(double time) {
+/// Opens a fragment for what comes next, which has this time.
+void MovieWriter::reachTime(double time) {
+    if (fragmentStart_ && time - *fragmentStart_ >= longestFragment) flush();
+    if (fragmentStart_) return;
     fragmentStart_ = time;
-    if (settings_.container == Container::mp4) return;
-    // Or else the muxer moves the fragment to where the last one's pictures ended.
+    // Or else the muxer moves a fragment to where the last one's pictures ended. The first one has none
+    // before.
+    if (!indexWritten_) return;
     requireLibav(av_opt_set(file_->output->priv_data, "movflags", "+frag_discont", 0), writeProblem);
 }
 

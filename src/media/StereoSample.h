@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 
 namespace tessaloom {
 
@@ -32,5 +33,11 @@ struct StereoSample {
     }
     bool operator==(const StereoSample&) const = default;
 };
+static_assert(sizeof(StereoSample) == 2 * sizeof(float));
+
+/// The same samples as an encoder takes them: left, right, left, …
+inline std::span<const float> interleaved(std::span<const StereoSample> sound) {
+    return {sound.empty() ? nullptr : &sound.front().left, 2 * sound.size()};
+}
 
 }  // namespace tessaloom

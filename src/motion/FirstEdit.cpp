@@ -18,9 +18,18 @@ EditParams editOrFresh(const TakeBundle& bundle) {
 
 }  // namespace
 
-std::size_t storeGeneratedZooms(const TakeBundle& bundle, const EventLog& log) {
+void showCamera(EditParams& edit, const CameraChoice& camera) {
+    edit.webcam.enabled = true;
+    edit.webcam.shape = camera.shape;
+    edit.webcam.relativeSize = camera.relativeSize;
+    edit.webcam.mirrored = camera.mirrored;
+}
+
+std::size_t storeFirstEdit(const TakeBundle& bundle, const EventLog& log,
+                           const std::optional<CameraChoice>& camera) {
     EditParams edit = editOrFresh(bundle);
     edit.zoomKeyframes = ZoomEngine{}.generate(log, logDuration(log));
+    if (camera) showCamera(edit, *camera);
     bundle.write(edit);
     return edit.zoomKeyframes.size();
 }

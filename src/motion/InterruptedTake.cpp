@@ -25,7 +25,7 @@ void finishInterruptedTake(const TakeBundle& bundle) {
     const auto recovered = recoverJournal(bundle);
     if (!recovered) return;
     if (!wasStopped(bundle)) bundle.write(*recovered);
-    storeGeneratedZooms(bundle, bundle.readLog());
+    storeFirstEdit(bundle, bundle.readLog());
     std::filesystem::remove(bundle.file(TakeBundle::journalFile));
 }
 

@@ -28,7 +28,8 @@ struct Command {
 constexpr std::array commands = {
     Command{"record", "record the screen",
             R"(Usage: tessaloom record [--display N | --area X,Y,W,H | --window APP [--title TEXT]]
-                        [--countdown S] [--duration S]
+                        [--microphone|--no-microphone] [--camera|--no-camera]
+                        [--system-audio|--no-system-audio] [--countdown S] [--duration S]
 
 Records until Ctrl-C, or for --duration seconds, and prints the recording's path.
 Clicks and shortcut keys are noted beside the picture, and zooms are made from them.
@@ -38,13 +39,17 @@ Plain typing is never noted.
   --area X,Y,W,H   a part of the screen
   --window APP     a window by its application's name, also while others cover it
   --title TEXT     the one of APP's windows whose title contains TEXT
+  --microphone     with the microphone, --no-microphone without (stored choice, else with)
+  --camera         with the camera, --no-camera without (stored choice, else without)
+  --system-audio   with what the speakers play, --no-system-audio without (stored
+                   choice, else with)
   --countdown S    seconds before the recording starts (0 for none)
   --duration S     stop by itself after S seconds
 
 Example: tessaloom record --window firefox --duration 20
 )",
             [](const QStringList& words, const CommandServices& services) {
-                return runRecordCommand(words, services.capture);
+                return runRecordCommand(words, services.capture, services.devices);
             }},
     Command{"export", "make a video or a GIF from a recording",
             R"(Usage: tessaloom export RECORDING [-o FILE] [--format mp4|gif]

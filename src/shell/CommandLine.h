@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "capture/CapturePlatform.h"
+#include "capture/RecordingDevices.h"
 #include "media/HardwareEncoding.h"
 #include "render/Renderer.h"
 #include "shell/CommandError.h"
@@ -16,6 +17,7 @@ namespace tessaloom {
 /// What the commands need of the machine they run on.
 struct CommandServices {
     CapturePlatform& capture;
+    RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
     std::optional<HardwareEncoding> hardwareEncoding;
 };

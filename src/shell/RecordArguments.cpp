@@ -45,6 +45,15 @@ CaptureSource parseSource(const Arguments& arguments) {
     return source;
 }
 
+/// Of --name and --no-name; nothing when neither is given.
+std::optional<bool> parseSwitch(const Arguments& arguments, const QString& name) {
+    const bool on = arguments.has(name);
+    const bool off = arguments.has("no-" + name);
+    if (on && off)
+        throw UsageError(QStringLiteral("Choose one of --%1 and --no-%1.").arg(name).toStdString());
+    return on || off ? std::optional(on) : std::nullopt;
+}
+
 }  // namespace
 
 RecordArguments RecordArguments::parse(const QStringList& words) {
@@ -55,13 +64,19 @@ RecordArguments RecordArguments::parse(const QStringList& words) {
                                {"title", "TEXT", {}},
                                {"countdown", "S", {}},
                                {"duration", "S", {}},
-                               // Asked to leave out what isn't recorded anyway.
+                               {"microphone", {}, {}},
                                {"no-microphone", {}, {}},
+                               {"camera", {}, {}},
                                {"no-camera", {}, {}},
+                               {"system-audio", {}, {}},
                                {"no-system-audio", {}, {}}},
                               {});
-    RecordArguments parsed{parseSource(arguments), arguments.integer("countdown"),
-                           arguments.number("duration")};
+    RecordArguments parsed{.source = parseSource(arguments),
+                           .countdownSeconds = arguments.integer("countdown"),
+                           .durationSeconds = arguments.number("duration"),
+                           .microphone = parseSwitch(arguments, "microphone"),
+                           .camera = parseSwitch(arguments, "camera"),
+                           .systemAudio = parseSwitch(arguments, "system-audio")};
     if (parsed.durationSeconds && !(*parsed.durationSeconds > 0)) {
         throw UsageError("--duration takes a number of seconds above 0.");
     }

@@ -13,6 +13,9 @@ struct RecordArguments {
     CaptureSource source;
     std::optional<int> countdownSeconds;
     std::optional<double> durationSeconds;
+    std::optional<bool> microphone;
+    std::optional<bool> camera;
+    std::optional<bool> systemAudio;
 
     /// Throws UsageError.
     static RecordArguments parse(const QStringList& words);

@@ -30,6 +30,16 @@ class TerminalPresenter final : public RecordingPresenter {
     }
     void hideCountdown() override { line_.show(std::string()); }
 
+    // Nobody may be there to answer, and a recording with less in it is better than none.
+    QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
+        std::cerr << "This recording will have no microphone audio. " << reason << '\n';
+        co_return true;
+    }
+    QCoro::Task<> tellWithoutCamera(std::string reason) override {
+        std::cerr << "Recording without the camera. " << reason << '\n';
+        co_return;
+    }
+
   private:
     ProgressLine& line_;
 };
@@ -37,11 +47,11 @@ class TerminalPresenter final : public RecordingPresenter {
 /// One run of the command, from the first countdown second to the stored bundle.
 class RecordRun {
   public:
-    RecordRun(const RecordArguments& arguments, CapturePlatform& platform)
+    RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices)
         : arguments_(arguments),
           interrupts_([this] { interrupt(); }),
           presenter_(line_),
-          controller_(platform, presenter_) {
+          controller_(platform, devices, presenter_) {
         end_.start();
         QObject::connect(&controller_, &RecordingController::sourceEnded, &controller_,
                          [this](const QString& reason) {
@@ -88,6 +98,9 @@ class RecordRun {
     RecordingPreferences preferences() const {
         auto preferences = RecordingPreferences::stored(Defaults::standard());
         preferences.countdownSeconds = arguments_.countdownSeconds.value_or(preferences.countdownSeconds);
+        preferences.captureMicrophone = arguments_.microphone.value_or(preferences.captureMicrophone);
+        preferences.captureWebcam = arguments_.camera.value_or(preferences.captureWebcam);
+        preferences.captureSystemAudio = arguments_.systemAudio.value_or(preferences.captureSystemAudio);
         return preferences;
     }
 
@@ -128,8 +141,8 @@ class RecordRun {
 
 }  // namespace
 
-ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform) {
-    RecordRun run(RecordArguments::parse(words), platform);
+ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices) {
+    RecordRun run(RecordArguments::parse(words), platform, devices);
     return run.waitForEnd();
 }
 

@@ -19,7 +19,7 @@ class ScreenCapture : public ::testing::Test {
     std::unique_ptr<ScreenCaptureEngine> start(
         Script script, ScreenCaptureEngine::StoppedHandler onStopped = [](auto&) {}) {
         platform.stream = script;
-        return ScreenCaptureEngine::start(platform, {{{}, {0, 0, 64, 48}, 1.0}, {}, {}}, file,
+        return ScreenCaptureEngine::start(platform, {{{}, {0, 0, 64, 48}, 1.0}, {}, {}}, nullptr, file,
                                           std::move(onStopped));
     }
 

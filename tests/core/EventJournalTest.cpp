@@ -48,6 +48,18 @@ TEST(EventJournal, HoldsTheLogAsFarAsItWasWritten) {
     EXPECT_EQ(recoverJournal(bundle), expected());
 }
 
+TEST(EventJournal, ValuesThatAreKnownLaterReplaceTheFirstOnes) {
+    const test::TemporaryFolder folder;
+    const TakeBundle bundle{folder.path()};
+    {
+        EventJournal journal = EventJournal::create(bundle, EventLog{});
+        journal.append(samples, {});
+        journal.replaceHeader(expected());
+        journal.append({}, events);
+    }
+    EXPECT_EQ(recoverJournal(bundle), expected());
+}
+
 TEST(EventJournal, IsLeftAloneWhileItsRecorderLives) {
     const test::TemporaryFolder folder;
     const TakeBundle bundle{folder.path()};

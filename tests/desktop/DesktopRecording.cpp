@@ -32,8 +32,8 @@ Environment programEnvironment(const Environment& desktop, const std::filesystem
     return environment;
 }
 
-DesktopRecording::DesktopRecording(const VirtualDesktop& desktop, std::vector<std::string> arguments)
-    : environment_(programEnvironment(desktop.environment(), library_.path())) {
+DesktopRecording::DesktopRecording(const Environment& environment, std::vector<std::string> arguments)
+    : environment_(programEnvironment(environment, library_.path())) {
     std::vector<std::string> command{TESSALOOM_PROGRAM, "record", "--countdown", "0"};
     command.insert(command.end(), arguments.begin(), arguments.end());
     program_ = std::make_unique<ChildProcess>(command, environment_);

@@ -19,7 +19,10 @@ namespace tessaloom::test {
 class DesktopRecording {
   public:
     /// Returns once the recording runs. Throws std::runtime_error with the program's words when it doesn't.
-    explicit DesktopRecording(const VirtualDesktop& desktop, std::vector<std::string> arguments = {});
+    explicit DesktopRecording(const VirtualDesktop& desktop, std::vector<std::string> arguments = {})
+        : DesktopRecording(desktop.environment(), std::move(arguments)) {}
+    /// The same in this environment, which names the desktop.
+    DesktopRecording(const Environment& environment, std::vector<std::string> arguments);
 
     ChildProcess& program() { return *program_; }
     const Environment& environment() const { return environment_; }

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 
 #include "media/AudioReader.h"
@@ -232,6 +233,72 @@ TEST_F(MovieWriterTest, AFullDiskIsReportedAndWhatWasFlushedPlays) {
     EXPECT_LT(frames, 600);
 }
 
+/// A texture that moves by `n` pixels.
+YuvImage texture(int n) {
+    YuvImage image(width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.plane(0)[y * image.stride(0) + x] =
+                static_cast<std::uint8_t>(128 + 60 * std::sin((x + n) * 0.37) * std::cos((y - n) * 0.23));
+    return image;
+}
+
+/// The bytes of a second of that texture, at a bit rate that it can't use up.
+std::uintmax_t bytesOfTexture(const std::filesystem::path& path, const H264Settings& video,
+                              PictureMotion motion) {
+    const auto writer = MovieWriter::create(path, {.container = MovieWriter::Container::mp4, .video = video});
+    for (int n = 0; n < 120; ++n)
+        writer->appendVideo(texture(motion == PictureMotion::moving ? n : 0), n * frame, frame, motion);
+    writer->finish();
+    return std::filesystem::file_size(path);
+}
+
+/// PSNR in decibels between a grey picture and what became of it.
+double likeness(const DecodedFrame& frame, const YuvImage& meant) {
+    BgraImage shown;
+    frame.toBgra(shown);
+    double squares = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const double grey = (meant.plane(0)[y * meant.stride(0) + x] - 16) * 255.0 / 219;
+            squares += std::pow(shown.row(y)[4 * x] - grey, 2);
+        }
+    }
+    return 10 * std::log10(255.0 * 255.0 * width * height / std::max(squares, 1.0));
+}
+
+TEST_F(MovieWriterTest, BitsAreNotSpentOnWhatNobodySees) {
+    const H264Settings limited = H264Settings::exported(width, height, 20'000'000);
+    H264Settings unlimited = limited;
+    unlimited.finestQuantisers.reset();
+    EXPECT_LT(2 * bytesOfTexture(file("limited.mp4"), limited, PictureMotion::moving),
+              bytesOfTexture(file("unlimited.mp4"), unlimited, PictureMotion::moving));
+
+    const auto reader = MovieReader::open(file("limited.mp4"));
+    for (int n = 0; const auto picture = reader->next(); ++n)
+        EXPECT_GT(likeness(*picture, texture(n)), 38) << n;
+}
+
+TEST_F(MovieWriterTest, StillPicturesAreFinerThanMovingOnes) {
+    const H264Settings settings = H264Settings::exported(width, height, 20'000'000);
+    bytesOfTexture(file("still.mp4"), settings, PictureMotion::still);
+    const auto reader = MovieReader::open(file("still.mp4"));
+    double last = 0;
+    while (const auto picture = reader->next())
+        last = likeness(*picture, texture(0));
+    EXPECT_GT(last, 48);
+}
+
+TEST_F(MovieWriterTest, ExportsHaveAKeyFrameEvery250Pictures) {
+    const auto writer = MovieWriter::create(file("a.mp4"), exported());
+    for (int n = 0; n < 510; ++n)
+        writer->appendVideo(texture(n / 100), n * frame, frame);
+    writer->finish();
+    const auto packets = test::probeMovie(file("a.mp4")).packets;
+    for (std::size_t n = 0; n < packets.size(); ++n)
+        EXPECT_EQ(packets[n].key, n % 250 == 0) << n;
+}
+
 TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {
     EXPECT_EQ(H264Settings::exported(1920, 1080, 12'441'600).commandLine(),
               "-c:v libx264 -pix_fmt yuv420p -preset:v veryfast -b:v 12441600 -profile:v high "
@@ -240,13 +307,13 @@ TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {
 
 TEST_F(MovieWriterTest, SoundAndPicturesStartTogether) {
     MovieWriter::Settings settings = exported();
-    settings.sound = true;
+    settings.sound = AacSettings{.sampleRate = soundRate};
     const auto writer = MovieWriter::create(file("a.mp4"), settings);
     const std::vector<double> times{0, 1, 2.5};
     test::MonoSource source(test::beeps(3, times));
     for (int n = 0; n < 180; ++n) {
         writer->appendVideo(test::plainYuv(width, height, test::pureRed), n * frame, frame);
-        writer->appendSound(test::pull(source, soundRate / 60));
+        writer->appendSound(interleaved(test::pull(source, soundRate / 60)));
     }
     writer->finish();
 
@@ -271,14 +338,14 @@ TEST_F(MovieWriterTest, SoundAndPicturesStartTogether) {
 
 TEST_F(MovieWriterTest, SoundIsEncodedAt128KilobitsASecond) {
     MovieWriter::Settings settings = exported();
-    settings.sound = true;
+    settings.sound = AacSettings{.sampleRate = soundRate};
     const auto writer = MovieWriter::create(file("a.mp4"), settings);
     std::mt19937 generator(1);
     std::vector<StereoSample> sound(10 * soundRate);
     for (StereoSample& sample : sound)
         sample = {static_cast<float>(generator()) / 6e9F, static_cast<float>(generator()) / 6e9F};
     writer->appendVideo(test::plainYuv(width, height, test::pureRed), 0, 10);
-    writer->appendSound(sound);
+    writer->appendSound(interleaved(sound));
     writer->finish();
     EXPECT_NEAR(test::probeSound(file("a.mp4"))->bitRate, 128'000, 8'000);
 }

@@ -17,6 +17,17 @@ TEST(RecordArgumentsTest, NothingGivenIsTheMainDisplayAndTheStoredSettings) {
     EXPECT_TRUE(std::holds_alternative<MainDisplaySource>(arguments.source));
     EXPECT_EQ(arguments.countdownSeconds, std::nullopt);
     EXPECT_EQ(arguments.durationSeconds, std::nullopt);
+    EXPECT_EQ(arguments.microphone, std::nullopt);
+    EXPECT_EQ(arguments.camera, std::nullopt);
+    EXPECT_EQ(arguments.systemAudio, std::nullopt);
+}
+
+TEST(RecordArgumentsTest, DevicesAreSwitchedOnAndOff) {
+    const auto on = RecordArguments::parse({"--microphone", "--camera", "--system-audio"});
+    EXPECT_TRUE(on.microphone == true && on.camera == true && on.systemAudio == true);
+    const auto off = RecordArguments::parse({"--no-microphone", "--no-camera", "--no-system-audio"});
+    EXPECT_TRUE(off.microphone == false && off.camera == false && off.systemAudio == false);
+    EXPECT_EQ(errorOf({"--camera", "--no-camera"}), "Choose one of --camera and --no-camera.");
 }
 
 TEST(RecordArgumentsTest, EachSourceHasAnOption) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/ScreenMovie.h"
+#include "capture/LiveMovie.h"
 
 #include <gtest/gtest.h>
 
@@ -17,20 +17,19 @@ double lengthOfMovie(double lastFrame, double endTime) {
     const auto file = folder.path() / "screen.mov";
     const BgraImage picture(64, 48);
     const std::vector<ScreenPatch> whole{{picture.view(), 0, 0}};
-    ScreenMovie movie(MovieWriter::create(file, {.container = MovieWriter::Container::fragmentedMovie,
-                                                 .video = H264Settings::capture(64, 48)}),
-                      64, 48);
+    LiveMovie movie(
+        file, {.container = MovieWriter::Container::fragmentedMovie, .video = H264Settings::capture(64, 48)});
     movie.append(whole, 0);
     movie.append(whole, lastFrame);
     movie.finish(endTime);
     return MovieReader::scanDuration(file);
 }
 
-TEST(ScreenMovie, ItsLastFrameLastsUntilTheEnd) {
+TEST(LiveMovie, ItsLastFrameLastsUntilTheEnd) {
     EXPECT_NEAR(lengthOfMovie(1.0, 3.5), 3.5, 0.001);
 }
 
-TEST(ScreenMovie, CanEndAnywhereAfterItsLastFrame) {
+TEST(LiveMovie, CanEndAnywhereAfterItsLastFrame) {
     for (const double rest : {0.0, 0.005, frameDuration, frameDuration + 2e-6, frameDuration + 1e-5}) {
         EXPECT_NEAR(lengthOfMovie(1.0, 1.0 + rest), 1.0 + frameDuration, 0.001) << rest;
     }

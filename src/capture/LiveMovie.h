@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+
+#include "base/PeriodicTask.h"
+#include "capture/ScreenStream.h"
+#include "capture/SteadySound.h"
+#include "media/MovieWriter.h"
+#include "media/YuvImage.h"
+
+namespace tessaloom {
+
+/// A movie that is being recorded: holds the picture as it stands, applies changes to it and encodes it when
+/// it has changed, and beside it sound, if the movie has such a track. Time 0 of the file is the first
+/// picture. A thread of its own flushes the file at least once a second. All times are HostClock seconds. Any
+/// thread.
+class LiveMovie {
+  public:
+    /// `settings` are those of the movie's tracks. Throws MediaError.
+    LiveMovie(const std::filesystem::path& file, MovieWriter::Settings settings);
+    ~LiveMovie();
+    LiveMovie(const LiveMovie&) = delete;
+    LiveMovie& operator=(const LiveMovie&) = delete;
+
+    /// Encodes the changed picture. Throws MediaError, for ever after once the file could not be written.
+    void append(std::span<const ScreenPatch> patches, double time);
+
+    /// Adds sound in the track's format. What belongs before the first picture is left out. Throws
+    /// MediaError.
+    void appendSound(const SoundChunk& chunk);
+
+    /// Completes the file so that its last frame and its sound last until `endTime`. Throws MediaError.
+    void finish(double endTime);
+
+  private:
+    void begin(double time);
+    void encode(double time);
+    bool flushRegularly();
+    void flush();
+
+    std::mutex lock_;
+    MovieWriter::Settings settings_;
+    std::unique_ptr<MovieWriter> writer_;
+    YuvImage picture_;
+    std::optional<SteadySound> sound_;
+    std::optional<double> origin_;
+    double lastTime_ = 0;
+    bool playable_ = false;
+    PeriodicTask flusher_;  ///< last, so that it ends before what it uses
+};
+
+}  // namespace tessaloom

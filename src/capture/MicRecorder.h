@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QCoroTask>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "capture/LiveSoundSource.h"
+
+namespace tessaloom {
+
+/// Records a microphone into "audio.m4a". It listens from the moment it is made, so that the device is warm,
+/// but writes nothing before it is armed with the recording's time zero. The file begins with the first
+/// sample after that, and the device's clock and its gaps are made up for, so that from there on file time is
+/// host time. Serves one recording. Main thread, except where told.
+class MicRecorder {
+  public:
+    /// Any file at `file` is removed; a new one is made when the first sample comes.
+    static std::unique_ptr<MicRecorder> start(std::unique_ptr<LiveSoundSource> source,
+                                              const std::filesystem::path& file);
+    /// Without stop() the file stays as it then is.
+    ~MicRecorder();
+
+    /// From now on, samples at or after `origin` (HostClock seconds) are recorded.
+    void arm(double origin);
+
+    /// HostClock seconds of the file's first sample; nothing as long as there is none. Any thread.
+    std::optional<double> firstSamplePTS() const;
+
+    /// Ends the source and completes the file, waiting 10 s at most.
+    QCoro::Task<> stop();
+
+  private:
+    struct Recording;
+
+    explicit MicRecorder(std::shared_ptr<Recording> recording);
+
+    std::shared_ptr<Recording> recording_;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/WebcamRecorder.h"
+
+#include <QPromise>
+#include <array>
+#include <mutex>
+#include <system_error>
+
+#include "base/BoundedWait.h"
+#include "base/HostClock.h"
+#include "base/Log.h"
+#include "capture/LiveMovie.h"
+#include "media/MediaError.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr std::chrono::seconds finishLimit{4};
+
+}  // namespace
+
+/// What the source's thread and a finish that overstays its limit go on using.
+struct WebcamRecorder::Recording {
+    explicit Recording(std::unique_ptr<CameraSource> camera) : source(std::move(camera)) { begun.start(); }
+
+    void receive(const CameraPicture& picture);
+    void begin(const CameraPicture& picture);
+    void finish();
+
+    std::mutex lock;  ///< guards what follows, up to the source
+    std::optional<std::filesystem::path> file;
+    std::optional<double> fileStartHostTime;
+    QPromise<void> begun;
+    bool failed = false;
+    int width = 0;
+    int height = 0;
+    std::unique_ptr<LiveMovie> movie;
+
+    std::unique_ptr<CameraSource> source;
+};
+
+void WebcamRecorder::Recording::receive(const CameraPicture& picture) {
+    const std::lock_guard guard(lock);
+    if (!file || failed) return;
+    try {
+        if (!movie) begin(picture);
+        // Another camera has taken over: the last picture of the first one stays.
+        if (picture.pixels.width != width || picture.pixels.height != height) return;
+        const std::array<ScreenPatch, 1> whole{{{picture.pixels, 0, 0}}};
+        movie->append(whole, picture.hostTime);
+    } catch (const MediaError& error) {
+        qCCritical(Log::webcam, "Webcam recording finished with error: %s", error.what());
+        failed = true;
+    }
+}
+
+void WebcamRecorder::Recording::begin(const CameraPicture& picture) {
+    width = picture.pixels.width;
+    height = picture.pixels.height;
+    movie = std::make_unique<LiveMovie>(
+        *file, MovieWriter::Settings{.container = MovieWriter::Container::fragmentedMovie,
+                                     .video = H264Settings::capture(width, height)});
+    fileStartHostTime = picture.hostTime;
+    qCInfo(Log::webcam, "Webcam file started: startPTS→host %.4f, callback clock %.4f", picture.hostTime,
+           HostClock::seconds());
+    begun.finish();
+}
+
+void WebcamRecorder::Recording::finish() {
+    source->stop();
+    qCInfo(Log::webcam, "Webcam session stopped");
+    const std::lock_guard guard(lock);
+    if (!movie || failed) return;
+    try {
+        movie->finish(HostClock::seconds());
+        qCInfo(Log::webcam, "Webcam recording finished");
+    } catch (const MediaError& error) {
+        qCCritical(Log::webcam, "Webcam recording finished with error: %s", error.what());
+    }
+    movie.reset();
+}
+
+std::unique_ptr<WebcamRecorder> WebcamRecorder::start(std::unique_ptr<CameraSource> source) {
+    qCInfo(Log::webcam, "Webcam device: %s", source->name().c_str());
+    auto recording = std::make_shared<Recording>(std::move(source));
+    Recording* const receiver = recording.get();  // the source is the recording's own
+    recording->source->start([receiver](const CameraPicture& picture) { receiver->receive(picture); });
+    qCInfo(Log::webcam, "Webcam session warmed");
+    return std::unique_ptr<WebcamRecorder>(new WebcamRecorder(std::move(recording)));
+}
+
+WebcamRecorder::WebcamRecorder(std::shared_ptr<Recording> recording) : recording_(std::move(recording)) {}
+
+WebcamRecorder::~WebcamRecorder() = default;
+
+void WebcamRecorder::startRecording(const std::filesystem::path& file) {
+    const std::lock_guard guard(recording_->lock);
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+    recording_->file = file;
+    qCInfo(Log::webcam, "Webcam recording started");
+}
+
+std::optional<double> WebcamRecorder::fileStartHostTime() const {
+    const std::lock_guard guard(recording_->lock);
+    return recording_->fileStartHostTime;
+}
+
+QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit) {
+    const bool begun = co_await waitBounded(recording_->begun.future(), limit);
+    if (!begun) {
+        const std::chrono::duration<double> seconds = limit;
+        qCCritical(Log::webcam, "Webcam did not begin writing within %.1fs", seconds.count());
+    }
+}
+
+QCoro::Task<> WebcamRecorder::stop() {
+    // Named, because GCC 12 destroys a closure made inside an await expression twice.
+    std::function<void()> finish = [recording = recording_] { recording->finish(); };
+    const bool finished = co_await runBounded(std::move(finish), finishLimit);
+    if (!finished) qCCritical(Log::webcam, "The camera's file was not finished in time");
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QCoroTask>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "capture/CameraSource.h"
+
+namespace tessaloom {
+
+/// Records a camera into "webcam.mov". The camera runs from the moment this is made; it may run long before
+/// the file begins, which then needs no new start of the camera. Main thread, except where told.
+class WebcamRecorder {
+  public:
+    static std::unique_ptr<WebcamRecorder> start(std::unique_ptr<CameraSource> source);
+    /// Without stop() the file stays as it then is.
+    ~WebcamRecorder();
+
+    /// The camera's next picture is the first of this file, which replaces any that is there. Called once.
+    void startRecording(const std::filesystem::path& file);
+
+    /// HostClock seconds at which the file's first picture was taken; nothing before it. Any thread.
+    std::optional<double> fileStartHostTime() const;
+
+    /// Suspends until the file has begun, but not longer than `limit`, which is logged.
+    QCoro::Task<> waitForFileStart(std::chrono::milliseconds limit);
+
+    /// Ends the camera and completes the file, if there is one, waiting 4 s at most.
+    QCoro::Task<> stop();
+
+  private:
+    struct Recording;
+
+    explicit WebcamRecorder(std::shared_ptr<Recording> recording);
+
+    std::shared_ptr<Recording> recording_;
+};
+
+}  // namespace tessaloom

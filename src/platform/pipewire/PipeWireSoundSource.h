@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "capture/LiveSoundSource.h"
+#include "platform/pipewire/PipeWireStream.h"
+
+namespace tessaloom {
+
+/// Sound from the server: a microphone, or what the default speakers play.
+class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream::Client {
+  public:
+    enum class Kind {
+        microphone,   ///< one channel
+        systemAudio,  ///< two channels
+    };
+
+    /// `node` is the device's name on the server; without one it is the default device, whichever that is at
+    /// each moment. `description` is for people.
+    PipeWireSoundSource(Kind kind, std::string node, std::string description);
+    ~PipeWireSoundSource() override;
+
+    std::string name() const override { return description_; }
+    SoundFormat format() const override;
+    void start(Handler handler) override;
+    void stop() override { stream_.stop(); }
+
+  private:
+    pw_properties* makeProperties() const override;
+    std::vector<const spa_pod*> formats(spa_pod_builder& builder) const override;
+    int leastBuffers() const override { return 16; }
+    void formatChosen(const spa_pod& format) override;
+    void received(const spa_buffer& buffer, const pw_time& time) override;
+    double timeOfFirst(std::size_t frames, const pw_time& time) const;
+    int lostBefore(std::size_t frames, const pw_time& time);
+
+    Kind kind_;
+    std::string node_;
+    std::string description_;
+    Handler handler_;
+    std::optional<pw_time> lastTime_;  ///< of the last buffer since the stream was last opened
+    PipeWireStream stream_;
+};
+
+}  // namespace tessaloom

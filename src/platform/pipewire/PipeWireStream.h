@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <pipewire/stream.h>
+#include <spa/pod/builder.h>
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <span>
+#include <thread>
+#include <vector>
+
+namespace tessaloom {
+
+/// What a buffer brings; empty when there is nothing in it, or nothing that can be looked at.
+std::span<const std::uint8_t> contentOf(const spa_buffer& buffer);
+
+/// Receives from a node of the sound server on a thread of its own. When the node, or the server, goes away,
+/// connection and stream are opened anew until that works again.
+class PipeWireStream {
+  public:
+    /// What is received, and what becomes of it. All is called on the stream's thread.
+    class Client {
+      public:
+        virtual ~Client() = default;
+        /// The stream's, which takes them over.
+        virtual pw_properties* makeProperties() const = 0;
+        /// What can be taken, in order of preference, in the builder's memory.
+        virtual std::vector<const spa_pod*> formats(spa_pod_builder& builder) const = 0;
+        /// How many buffers there must be at least: what may pile up while nobody has time for it.
+        virtual int leastBuffers() const = 0;
+        /// What follows is in this format.
+        virtual void formatChosen(const spa_pod& format) = 0;
+        /// `time` is that of the graph's cycle that brought the buffer.
+        virtual void received(const spa_buffer& buffer, const pw_time& time) = 0;
+    };
+
+    /// `client` outlives the stream.
+    explicit PipeWireStream(Client& client) : client_(client) {}
+
+    void start();
+    /// Nothing of the client is called after it returns. Safe to call at any time, also twice.
+    void stop();
+
+  private:
+    void run(const std::stop_token& stop);
+    void receive(const std::stop_token& stop);
+
+    Client& client_;
+    std::mutex lock_;
+    std::condition_variable_any wakeUp_;
+    std::jthread thread_;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "capture/WebcamRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoroTask>
+
+#include "capture/ScriptedDevices.h"
+#include "media/MovieReader.h"
+#include "support/MovieProbe.h"
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Webcam : public ::testing::Test {
+  protected:
+    void deliver(double hostTime, int width = 64, int height = 48) {
+        const BgraImage picture(width, height);
+        control.deliver({hostTime, picture.view()});
+    }
+    void stop() { QCoro::waitFor(recorder->stop()); }
+
+    test::TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "webcam.mov";
+    test::SourceControl<CameraPicture> control;
+    std::unique_ptr<WebcamRecorder> recorder =
+        WebcamRecorder::start(std::make_unique<test::ScriptedCamera>(control, false));
+    double begin = HostClock::seconds() - 3;
+};
+
+TEST_F(Webcam, TheFileBeginsWithTheFirstPictureAfterItWasAskedFor) {
+    deliver(begin - 0.5);
+    recorder->startRecording(file);
+    EXPECT_EQ(recorder->fileStartHostTime(), std::nullopt);
+    deliver(begin);
+    deliver(begin + 0.5);
+    EXPECT_EQ(recorder->fileStartHostTime(), begin);
+    EXPECT_EQ(control.starts(), 1);
+    stop();
+    const auto times = test::probeMovie(file).times();
+    ASSERT_EQ(times.size(), 3U) << "the last one is carried on to the stop";
+    EXPECT_EQ(times[0], 0.0);
+    EXPECT_NEAR(times[1], 0.5, 0.001);
+    EXPECT_NEAR(MovieReader::scanDuration(file), HostClock::seconds() - begin, 0.5);
+}
+
+TEST_F(Webcam, CanBePlayedFromItsFirstPictureOn) {
+    recorder->startRecording(file);
+    deliver(begin);
+    EXPECT_EQ(test::probeMovie(file).packets.size(), 1U);
+    stop();
+}
+
+TEST_F(Webcam, AnotherCamerasSizeDoesNotEndTheFile) {
+    recorder->startRecording(file);
+    deliver(begin);
+    deliver(begin + 0.5, 32, 32);
+    deliver(begin + 1);
+    stop();
+    EXPECT_EQ(test::probeMovie(file).width, 64);
+    EXPECT_EQ(test::probeMovie(file).packets.size(), 3U);
+}
+
+TEST_F(Webcam, AWaitForACameraThatIsStuckEnds) {
+    recorder->startRecording(file);
+    QCoro::waitFor(recorder->waitForFileStart(50ms));
+    EXPECT_EQ(recorder->fileStartHostTime(), std::nullopt);
+    stop();
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(Webcam, StoppedWithoutAFileItStillLetsGoOfTheCamera) {
+    deliver(begin);
+    stop();
+    EXPECT_FALSE(control.running());
+}
+
+}  // namespace
+}  // namespace tessaloom

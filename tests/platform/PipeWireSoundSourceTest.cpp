@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "base/HostClock.h"
+#include "capture/CaptureError.h"
+#include "capture/SteadySound.h"
+#include "platform/pipewire/PipeWireDevices.h"
+#include "support/SoundServer.h"
+#include "support/VirtualSound.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+using test::SoundServer;
+using test::VirtualSound;
+
+constexpr double tolerance = 0.010;
+
+/// What a source delivers, put on the host's clock as the recorders do.
+class Listener {
+  public:
+    explicit Listener(std::unique_ptr<LiveSoundSource> source) : source_(std::move(source)) {
+        source_->start([this](const SoundChunk& chunk) { receive(chunk); });
+    }
+    ~Listener() { source_->stop(); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    /// The next chunk is held up for so long.
+    void stallOnce(std::chrono::milliseconds time) {
+        const std::lock_guard guard(lock_);
+        stall_ = time;
+    }
+    bool heardBeep(double hostTime) const { return std::abs(beepOnset(hostTime) - hostTime) < tolerance; }
+    /// When the beep of that full second is first heard; 0 when it isn't.
+    double beepOnset(double second) const {
+        const std::lock_guard guard(lock_);
+        for (std::size_t i = 0; i < samples_.size(); ++i) {
+            const double time = start_ + static_cast<double>(i) / 48'000;
+            if (time > second - 0.4 && time < second + 0.4 && std::abs(samples_[i]) > 0.15F) return time;
+        }
+        return 0;
+    }
+    int lost() const {
+        const std::lock_guard guard(lock_);
+        return lost_;
+    }
+    double end() const {
+        const std::lock_guard guard(lock_);
+        return start_ + static_cast<double>(samples_.size()) / 48'000;
+    }
+    const LiveSoundSource& source() const { return *source_; }
+
+  private:
+    void receive(const SoundChunk& chunk) {
+        std::unique_lock guard(lock_);
+        const auto stall = std::exchange(stall_, 0ms);
+        guard.unlock();
+        std::this_thread::sleep_for(stall);
+        guard.lock();
+        const auto channels = static_cast<std::size_t>(source_->format().channels);
+        if (!sound_) {
+            start_ = chunk.hostTime;
+            sound_.emplace(source_->format(), 48'000, start_, [this, channels](std::span<const float> more) {
+                for (std::size_t i = 0; i < more.size(); i += channels)
+                    samples_.push_back(more[i]);
+            });
+        }
+        lost_ += chunk.buffersLostBefore;
+        sound_->append(chunk);
+    }
+
+    std::unique_ptr<LiveSoundSource> source_;
+    mutable std::mutex lock_;
+    std::chrono::milliseconds stall_{0};
+    std::optional<SteadySound> sound_;
+    double start_ = 0;
+    std::vector<float> samples_;
+    int lost_ = 0;
+};
+
+/// A full second that comes soon, but leaves time for things to start.
+double nextBeep(double atLeastFromNow = 0.4) {
+    return std::ceil(HostClock::seconds() + atLeastFromNow);
+}
+
+void sleepUntil(double hostTime) {
+    std::this_thread::sleep_for(std::chrono::duration<double>(hostTime - HostClock::seconds()));
+}
+
+class PipeWireSound : public ::testing::Test {
+  protected:
+    PipeWireSound() { setenv("XDG_RUNTIME_DIR", server.environment().at("XDG_RUNTIME_DIR").c_str(), 1); }
+
+    std::unique_ptr<VirtualSound> plugIn(const std::string& name,
+                                         VirtualSound::Kind kind = VirtualSound::Kind::microphone) {
+        auto device = std::make_unique<VirtualSound>(server.socket(), kind, name);
+        // Until the session manager has seen it.
+        for (int round = 0; round < 100 && kind == VirtualSound::Kind::microphone; ++round) {
+            if (find(name)) break;
+            std::this_thread::sleep_for(20ms);
+        }
+        return device;
+    }
+    bool find(const std::string& name) {
+        try {
+            return devices.openMicrophone(name)->name() == name + " (test)";
+        } catch (const CaptureError&) {
+            return false;
+        }
+    }
+
+    SoundServer server;
+    PipeWireDevices devices;
+};
+
+TEST_F(PipeWireSound, WithoutAMicrophoneThereIsNone) {
+    EXPECT_THROW(devices.openMicrophone(""), CaptureError);
+    EXPECT_THROW(devices.openMicrophone("gone"), CaptureError);
+    EXPECT_NO_THROW(devices.openSystemAudio());
+}
+
+TEST_F(PipeWireSound, WithoutAServerNothingCanBeOpened) {
+    server.stop();
+    EXPECT_THROW(devices.openMicrophone(""), CaptureError);
+    EXPECT_THROW(devices.openSystemAudio(), std::runtime_error);
+}
+
+TEST_F(PipeWireSound, ABeepIsHeardWhenItHappens) {
+    const auto microphone = plugIn("first");
+    const auto player = plugIn("player", VirtualSound::Kind::player);
+    Listener ear(devices.openMicrophone(""));
+    Listener tap(devices.openSystemAudio());
+    const double beep = nextBeep();
+    sleepUntil(beep + 0.3);
+    EXPECT_NEAR(ear.beepOnset(beep), beep, tolerance);
+    EXPECT_NEAR(tap.beepOnset(beep), beep, tolerance);
+}
+
+TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {
+    const auto first = plugIn("first");
+    const auto second = plugIn("second");
+    EXPECT_EQ(devices.openMicrophone("first")->name(), "first (test)");
+    EXPECT_EQ(devices.openMicrophone("second")->name(), "second (test)");
+    EXPECT_EQ(devices.openMicrophone("gone")->name(), "the default microphone");
+}
+
+TEST_F(PipeWireSound, AListenerThatIsHeldUpCatchesUp) {
+    const auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone(""));
+    const double beep = nextBeep();
+    sleepUntil(beep - 0.1);
+    ear.stallOnce(300ms);
+    sleepUntil(beep + 0.5);
+    // Fourteen buffers have waited. On a busy machine the server itself may leave out one or another.
+    EXPECT_LT(ear.lost(), 5);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, WhatAListenerMissesIsCounted) {
+    const auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone(""));
+    std::this_thread::sleep_for(300ms);
+    ear.stallOnce(1500ms);
+    const double beep = nextBeep(1.8);
+    sleepUntil(beep + 0.3);
+    EXPECT_GT(ear.lost(), 0);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, AnotherMicrophoneTakesOverFromAnUnpluggedOne) {
+    auto first = plugIn("first");
+    const auto second = plugIn("second");
+    Listener ear(devices.openMicrophone("first"));
+    sleepUntil(nextBeep());
+    first.reset();
+    const double beep = nextBeep(0.8);
+    sleepUntil(beep + 0.3);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, GoesOnWhenTheOnlyMicrophoneIsPluggedInAgain) {
+    auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone("first"));
+    const double before = nextBeep();
+    sleepUntil(before + 0.3);
+    microphone.reset();
+    std::this_thread::sleep_for(1s);
+    microphone = plugIn("first");
+    const double after = nextBeep(1.0);
+    sleepUntil(after + 0.3);
+    EXPECT_TRUE(ear.heardBeep(before));
+    EXPECT_TRUE(ear.heardBeep(after)) << ear.beepOnset(after) - after;
+    EXPECT_NEAR(ear.end(), after + 0.3, 0.15) << "the gap has its length";
+}
+
+TEST_F(PipeWireSound, GoesOnWhenTheServerIsRestarted) {
+    auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone(""));
+    Listener tap(devices.openSystemAudio());
+    sleepUntil(nextBeep());
+    microphone.reset();
+    server.stop();
+    std::this_thread::sleep_for(500ms);
+    server.start();
+    microphone = plugIn("first");
+    const auto player = plugIn("player", VirtualSound::Kind::player);
+    const double beep = nextBeep(1.2);
+    sleepUntil(beep + 0.3);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+    EXPECT_TRUE(tap.heardBeep(beep)) << tap.beepOnset(beep) - beep;
+}
+
+}  // namespace
+}  // namespace tessaloom

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <pipewire/pipewire.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessaloom::test {
+
+/// Something that sends into a sound server: a virtual microphone, player or camera. It is plugged in as long
+/// as this object lives.
+class VirtualDevice {
+  public:
+    virtual ~VirtualDevice();
+    VirtualDevice(const VirtualDevice&) = delete;
+    VirtualDevice& operator=(const VirtualDevice&) = delete;
+
+  protected:
+    using Properties = std::vector<std::pair<std::string, std::string>>;
+
+    /// `socket` is the server's. Throws std::runtime_error when it can't be reached.
+    VirtualDevice(const std::string& socket, const Properties& properties);
+
+    /// To be called at the end of the constructor: from here on the handlers below run, on a thread of the
+    /// device's own.
+    void plugIn(const spa_pod* format, pw_stream_flags flags);
+    /// To be called at the start of the destructor: from here on they don't.
+    void unplug();
+
+    virtual void process() = 0;
+    virtual void formatChosen() {}
+    virtual void streaming(bool /*on*/) {}
+
+    pw_loop* loop() const { return pw_thread_loop_get_loop(loop_); }
+    pw_stream* stream() const { return stream_; }
+
+  private:
+    pw_thread_loop* loop_ = nullptr;
+    pw_context* context_ = nullptr;
+    pw_core* core_ = nullptr;
+    pw_stream* stream_ = nullptr;
+    spa_hook hook_{};
+};
+
+}  // namespace tessaloom::test

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "support/VirtualDevice.h"
+
+namespace tessaloom::test {
+
+/// Beeps of a tenth of a second at each full second of HostClock, silence between: -1 to 1.
+float beep(double hostTime);
+
+/// A virtual microphone in a world that beeps, or a player that beeps through the default speakers.
+class VirtualSound final : public VirtualDevice {
+  public:
+    enum class Kind { microphone, player };
+
+    /// `name` is the node's. Throws std::runtime_error without a server.
+    VirtualSound(const std::string& socket, Kind kind, const std::string& name);
+    ~VirtualSound() override { unplug(); }
+
+  private:
+    void process() override;
+
+    Kind kind_;
+};
+
+}  // namespace tessaloom::test
