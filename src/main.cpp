@@ -5,6 +5,7 @@
 #include <csignal>
 #include <memory>
 
+#include "base/Defaults.h"
 #include "base/Log.h"
 #include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
@@ -40,6 +41,7 @@ int main(int argumentCount, char** argumentValues) {
     PipeWireDevices devices;
     const CommandServices services{
         capture, devices,
-        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
+        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
+        HardwareEncoding::installed(Defaults::stateFolder())};
     return static_cast<int>(runCommandLine(QGuiApplication::arguments().mid(1), services));
 }

@@ -47,7 +47,8 @@ FramePipeline<Picture>::FramePipeline(const Parts& parts)
       sourceFrames_(frameCount),
       drawnFrames_(frameCount),
       freeTargets_(pictureCount) {
-    for (std::size_t i = 0; i < pictureCount; ++i)
+    // The encoder has the first one.
+    for (std::size_t i = 1; i < pictureCount; ++i)
         freeTargets_.push(makeTarget());
 }
 

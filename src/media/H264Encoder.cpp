@@ -30,8 +30,8 @@ LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
 }
 
 LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
-    const AVCodec* encoder = avcodec_find_encoder_by_name("libx264");
-    if (encoder == nullptr) throw MediaError("This FFmpeg has no libx264 encoder.");
+    const AVCodec* encoder = avcodec_find_encoder_by_name(settings.encoder.c_str());
+    if (encoder == nullptr) throw EncodingError("This FFmpeg has no " + settings.encoder + " encoder.");
     LibavHandle<AVCodecContext> context(avcodec_alloc_context3(encoder));
     context->width = settings.width;
     context->height = settings.height;
@@ -43,7 +43,7 @@ LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
     AVDictionary* options = dictionary(settings).release();
     const int result = avcodec_open2(context.get(), encoder, &options);
     const LibavHandle<AVDictionary> unused(options);
-    requireLibav(result, "The video encoder can't be opened");
+    requireLibav<EncodingError>(result, "The video encoder can't be opened");
     return context;
 }
 
@@ -89,8 +89,8 @@ H264Encoder::H264Encoder(const H264Settings& settings)
 H264Encoder::~H264Encoder() = default;
 
 void H264Encoder::copyParameters(AVCodecParameters& target) const {
-    requireLibav(avcodec_parameters_from_context(&target, codec_->context.get()),
-                 "The video stream can't be described");
+    requireLibav<EncodingError>(avcodec_parameters_from_context(&target, codec_->context.get()),
+                                "The video stream can't be described");
 }
 
 void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotion motion,
@@ -105,12 +105,13 @@ void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotio
     if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
     const int result = avcodec_send_frame(codec_->context.get(), &frame);
     av_frame_unref(&frame);
-    requireLibav(result, "A video frame can't be encoded");
+    requireLibav<EncodingError>(result, "A video frame can't be encoded");
     drain(sink);
 }
 
 void H264Encoder::finish(const PacketSink& sink) {
-    requireLibav(avcodec_send_frame(codec_->context.get(), nullptr), "The video can't be completed");
+    requireLibav<EncodingError>(avcodec_send_frame(codec_->context.get(), nullptr),
+                                "The video can't be completed");
     drain(sink);
 }
 
@@ -142,7 +143,7 @@ void H264Encoder::drain(const PacketSink& sink) {
     for (;;) {
         const int result = avcodec_receive_packet(codec_->context.get(), &packet);
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
-        requireLibav(result, "A video frame can't be encoded");
+        requireLibav<EncodingError>(result, "A video frame can't be encoded");
         learnFrom(packet);
         sink(packet);
         av_packet_unref(&packet);

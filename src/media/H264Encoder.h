@@ -16,8 +16,8 @@ struct AVPacket;
 
 namespace tessaloom {
 
-/// libx264 behind its settings: pictures in, packets out. Used by one thread at a time.
-/// Every operation throws MediaError with the encoder's reason.
+/// An encoder of H.264 behind its settings: pictures in, packets out. Used by one thread at a time.
+/// Every operation throws EncodingError with the encoder's reason.
 class H264Encoder {
   public:
     /// Takes each finished packet, its times in ticks of the settings' timescale. The packet is the
