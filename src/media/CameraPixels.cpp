@@ -61,7 +61,7 @@ class CameraPixels::JpegDecoder {
         requireLibav(avcodec_receive_frame(codec_.get(), frame.get()), problem);
         // What a JPEG file says, whatever the decoder makes of it.
         frame->colorspace = AVCOL_SPC_BT470BG;
-        DecodedFrame(frame, 0).toBgra(target);
+        DecodedFrame(frame, 0, Rotation::none).toBgra(target);
     }
 
   private:
