@@ -106,18 +106,19 @@ std::optional<double> WebcamRecorder::fileStartHostTime() const {
     return recording_->fileStartHostTime;
 }
 
-QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit) {
-    const bool begun = co_await waitBounded(recording_->begun.future(), limit);
-    if (!begun) {
+QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit, WaitClock& clock,
+                                               std::stop_token cancel) {
+    const bool begun = co_await waitBounded(recording_->begun.future(), limit, clock, cancel);
+    if (!begun && !cancel.stop_requested()) {
         const std::chrono::duration<double> seconds = limit;
         qCCritical(Log::webcam, "Webcam did not begin writing within %.1fs", seconds.count());
     }
 }
 
-QCoro::Task<> WebcamRecorder::stop() {
+QCoro::Task<> WebcamRecorder::stop(WaitClock& clock) {
     // Named, because GCC 12 destroys a closure made inside an await expression twice.
     std::function<void()> finish = [recording = recording_] { recording->finish(); };
-    const bool finished = co_await runBounded(std::move(finish), finishLimit);
+    const bool finished = co_await runBounded(std::move(finish), finishLimit, clock);
     if (!finished) qCCritical(Log::webcam, "The camera's file was not finished in time");
 }
 
