@@ -69,8 +69,8 @@ QCoro::Task<> PermissionsManager::requestNext() {
     } else if (!isGranted(screenRecording)) {
         co_await request(screenRecording);
     } else {
-        const auto next = std::ranges::find(immediateOnes, notDetermined,
-                                            [this](Permission each) { return status(each); });
+        const auto next =
+            std::ranges::find(immediateOnes, notDetermined, [this](Permission each) { return status(each); });
         if (next != immediateOnes.end()) co_await request(*next);
     }
 }

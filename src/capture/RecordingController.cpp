@@ -34,8 +34,11 @@ TakeBundle createBundle(const std::filesystem::path& library) {
     std::error_code reportedBelow;
     std::filesystem::create_directories(library, reportedBelow);
     const QDateTime now = QDateTime::currentDateTime();
-    const std::chrono::seconds localTime(now.toSecsSinceEpoch() + now.offsetFromUtc());
-    return TakeBundle::create(library / TakeBundle::folderName(std::chrono::local_seconds(localTime)));
+    std::chrono::local_seconds start(std::chrono::seconds(now.toSecsSinceEpoch() + now.offsetFromUtc()));
+    // Of two recordings in one second the later one is named after the next.
+    while (std::filesystem::exists(library / TakeBundle::folderName(start), reportedBelow))
+        start += 1s;
+    return TakeBundle::create(library / TakeBundle::folderName(start));
 }
 
 /// Opens a device on a thread of its own, since the sound server may hang.
@@ -348,8 +351,7 @@ QCoro::Task<> RecordingController::leaveQuietly() {
 
 QCoro::Task<RecordingController::AgentStartResult> RecordingController::startForAgent(
     Options options, CaptureSource source, RecordingPreferences preferences, std::stop_token cancel) {
-    if (state_ != State::idle)
-        co_return Failed{"Tessaloom is already recording. Stop that recording first."};
+    if (state_ != State::idle) co_return Failed{"Tessaloom is already recording. Stop that recording first."};
     presenter_.hideRecordBar();
     preferences.captureMicrophone = options.captureMicrophone;
     preferences.captureWebcam = options.captureWebcam;

@@ -82,8 +82,8 @@ class RecordingController : public QObject {
     /// Does nothing unless a recording is going on. Never loses what was recorded.
     QCoro::Task<> stop(Afterwards afterwards = Afterwards::openEditor);
 
-    /// Starts for an agent: `options` stand, whatever `preferences` say of the same, no question is asked, and
-    /// the recording is stopped after ten minutes at the latest.
+    /// Starts for an agent: `options` stand, whatever `preferences` say of the same, no question is asked,
+    /// and the recording is stopped after ten minutes at the latest.
     QCoro::Task<AgentStartResult> startForAgent(Options options, CaptureSource source,
                                                 RecordingPreferences preferences,
                                                 std::stop_token cancel = {});

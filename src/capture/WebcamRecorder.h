@@ -27,8 +27,8 @@ class WebcamRecorder {
     /// HostClock seconds at which the file's first picture was taken; nothing before it. Any thread.
     std::optional<double> fileStartHostTime() const;
 
-    /// Suspends until the file has begun or a stop is asked for through `cancel`, but not longer than `limit`,
-    /// which is logged.
+    /// Suspends until the file has begun or a stop is asked for through `cancel`, but not longer than
+    /// `limit`, which is logged.
     QCoro::Task<> waitForFileStart(std::chrono::milliseconds limit, WaitClock& clock = WaitClock::host(),
                                    std::stop_token cancel = {});
 

@@ -36,9 +36,12 @@ class ManualWaitClock final : public WaitClock {
         QCoreApplication::processEvents();
     }
 
+    bool somebodyWaits(std::chrono::milliseconds time) const {
+        return std::ranges::find(alarms_, time, &Alarm::asked) != alarms_.end();
+    }
     /// Runs events until somebody waits for just this long. False when ten real seconds bring nobody.
     bool runUntilSomebodyWaits(std::chrono::milliseconds time) const {
-        return runUntil([&] { return std::ranges::find(alarms_, time, &Alarm::asked) != alarms_.end(); });
+        return runUntil([&] { return somebodyWaits(time); });
     }
     static bool runUntil(const std::function<bool()>& condition) {
         for (int round = 0; round < 5000 && !condition(); ++round) {

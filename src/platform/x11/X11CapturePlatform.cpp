@@ -30,9 +30,9 @@ bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
     const double scale = filter.pointPixelScale;
     const std::int16_t x = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.x, scale);
     const std::int16_t y = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.y, scale);
-    const auto cookie = xcb_get_image(*connection, XCB_IMAGE_FORMAT_Z_PIXMAP,
-                                      filter.window.value_or(connection->root()), x, y, preflightSide,
-                                      preflightSide, ~0U);
+    const auto cookie =
+        xcb_get_image(*connection, XCB_IMAGE_FORMAT_Z_PIXMAP, filter.window.value_or(connection->root()), x,
+                      y, preflightSide, preflightSide, ~0U);
     return X11Reply<xcb_get_image_reply_t>(xcb_get_image_reply(*connection, cookie, nullptr)) != nullptr;
 }
 
