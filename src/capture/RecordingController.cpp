@@ -331,6 +331,7 @@ QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     const EventLog log = input_->stop();
     if (webcam_) co_await webcam_->stop(clock_);
     logOffsets(log);
+    bundle_->removeEmptyMedia();
     storeLog(log);
     lastBundle_ = bundle_->url;
     tearDown();
