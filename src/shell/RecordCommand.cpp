@@ -32,13 +32,16 @@ class TerminalPresenter final : public RecordingPresenter {
 
     // Nobody may be there to answer, and a recording with less in it is better than none.
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
-        std::cerr << "This recording will have no microphone audio. " << reason << '\n';
+        std::cerr << "Recording without the microphone: " << reason << '\n';
         co_return true;
     }
     QCoro::Task<> tellWithoutCamera(std::string reason) override {
-        std::cerr << "Recording without the camera. " << reason << '\n';
+        std::cerr << "Recording without the camera: " << reason << '\n';
         co_return;
     }
+    // The command itself ends with the reason, or with the bundle's path.
+    QCoro::Task<> tellFailure(std::string, bool) override { co_return; }
+    void openEditor(const std::filesystem::path&) override {}
 
   private:
     ProgressLine& line_;
@@ -51,7 +54,7 @@ class RecordRun {
         : arguments_(arguments),
           interrupts_([this] { interrupt(); }),
           presenter_(line_),
-          controller_(platform, devices, presenter_) {
+          controller_(platform, devices, presenter_, permissions_) {
         end_.start();
         QObject::connect(&controller_, &RecordingController::sourceEnded, &controller_,
                          [this](const QString& reason) {
@@ -136,6 +139,8 @@ class RecordRun {
     InterruptSignals interrupts_;
     ProgressLine line_{"Recording"};
     TerminalPresenter presenter_;
+    UnrestrictedDesktop permissionSystem_;
+    PermissionsManager permissions_{Defaults::standard(), permissionSystem_};
     RecordingController controller_;
 };
 

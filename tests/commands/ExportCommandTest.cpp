@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "commands/CommandTest.h"
-#include "commands/MountedFolder.h"
 #include "support/GifProbe.h"
+#include "support/MountedFolder.h"
 #include "support/MovieProbe.h"
 
 namespace tessaloom::test {

@@ -9,6 +9,7 @@ namespace tessaloom {
 class X11CapturePlatform final : public CapturePlatform {
   public:
     ShareableContent shareableContent() override;
+    bool takePreflightPicture(const ContentFilter& filter) override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;
     std::unique_ptr<InputEventSource> makeInputEventSource() override;
