@@ -25,14 +25,15 @@ function(tessaloom_executable name)
 endfunction()
 
 # A GoogleTest program for one folder of tests/, every TEST in it a CTest case.
-# Its main (tests/support/TestMain.cpp) runs a QGuiApplication without a display.
+# Its main (tests/support/TestMain.cpp) runs a QGuiApplication without a display. ENVIRONMENT is set for each case.
 function(tessaloom_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS" ${ARGN})
+    cmake_parse_arguments(ARG "" "TIMEOUT;ENVIRONMENT" "SOURCES;DEPENDS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()
     add_executable(${name}_tests ${ARG_SOURCES})
     target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${name}_tests PRIVATE tessaloom_warnings test_support ${ARG_DEPENDS})
-    gtest_discover_tests(${name}_tests DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}. PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+    gtest_discover_tests(${name}_tests DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}. PROPERTIES
+                          TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "${ARG_ENVIRONMENT}")
 endfunction()

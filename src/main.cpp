@@ -8,6 +8,7 @@
 #include <memory>
 #include <string_view>
 
+#include "base/Defaults.h"
 #include "base/Log.h"
 #include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
@@ -74,6 +75,7 @@ int main(int argumentCount, char** argumentValues) {
     PipeWireDevices devices;
     const CommandServices services{
         capture, devices,
-        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); }};
+        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
+        HardwareEncoding::installed(Defaults::stateFolder())};
     return static_cast<int>(runCommandLine(words, services));
 }

@@ -2,20 +2,17 @@
 // Makes a GIF of a recording and compares size, likeness and time with what FFmpeg's command line makes of
 // the same drawn frames in its two passes, palettegen and paletteuse, with each of some ways to dither. Needs
 // the ffmpeg program. Arguments: a recording's bundle, and frames a second (15).
-#include <sys/resource.h>
-
 #include <QCommandLineParser>
 #include <QGuiApplication>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <stdexcept>
 #include <string>
 
+#include "Cost.h"
 #include "export/FramePipeline.h"
 #include "export/GIFWriter.h"
 #include "export/TakeExport.h"
@@ -31,7 +28,7 @@ class RawSink final : public FrameSink<BgraImage> {
   public:
     explicit RawSink(const fs::path& path) : file_(path, std::ios::binary) {}
 
-    void append(std::int64_t, const BgraImage& picture, bool) override {
+    void append(std::int64_t, const BgraImage& picture, FrameChange) override {
         for (int y = 0; y < picture.height(); ++y)
             file_.write(reinterpret_cast<const char*>(picture.row(y)), std::streamsize{4} * picture.width());
     }
@@ -73,24 +70,6 @@ Drawn draw(const TakeBundle& bundle, double rate, const fs::path& file) {
     return {.file = file, .canvas = canvas, .rate = rate, .frames = frames};
 }
 
-/// CPU seconds of this process and of those it has waited for.
-double cpuSeconds() {
-    double sum = 0;
-    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage{};
-        getrusage(who, &usage);
-        for (const timeval& time : {usage.ru_utime, usage.ru_stime})
-            sum += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-    }
-    return sum;
-}
-
-void shell(const std::string& command) {
-    // There are no other threads by now.
-    if (std::system(command.c_str()) != 0)  // NOLINT(concurrency-mt-unsafe)
-        throw std::runtime_error("failed: " + command);
-}
-
 std::string ffmpegReading(const Drawn& drawn) {
     return "ffmpeg -v error -nostdin -y -f rawvideo -pix_fmt bgr0 -s " + drawn.size() + " -r " +
            std::to_string(drawn.rate) + " -i '" + drawn.file.string() + "' ";
@@ -108,16 +87,16 @@ void writeOurs(const Drawn& drawn, const fs::path& gif) {
 
 void writeTheirs(const Drawn& drawn, const char* statistics, const char* dither, const fs::path& gif) {
     const std::string palette = "'" + gif.string() + ".png'";
-    shell(ffmpegReading(drawn) + "-vf palettegen=stats_mode=" + statistics + " " + palette);
-    shell(ffmpegReading(drawn) + "-i " + palette + " -lavfi paletteuse=dither=" + dither + " '" +
-          gif.string() + "'");
+    costOfCommand(ffmpegReading(drawn) + "-vf palettegen=stats_mode=" + statistics + " " + palette);
+    costOfCommand(ffmpegReading(drawn) + "-i " + palette + " -lavfi paletteuse=dither=" + dither + " '" +
+                  gif.string() + "'");
 }
 
 /// Peak signal-to-noise ratio over all frames in dB.
 double likeness(const Drawn& drawn, const fs::path& gif) {
     const fs::path decoded = gif.string() + ".raw";
-    shell("ffmpeg -v error -nostdin -y -i '" + gif.string() +
-          "' -fps_mode passthrough -f rawvideo -pix_fmt bgr0 '" + decoded.string() + "'");
+    costOfCommand("ffmpeg -v error -nostdin -y -i '" + gif.string() +
+                  "' -fps_mode passthrough -f rawvideo -pix_fmt bgr0 '" + decoded.string() + "'");
     if (fs::file_size(decoded) != fs::file_size(drawn.file)) throw std::runtime_error("frames are missing");
     std::ifstream original(drawn.file, std::ios::binary);
     std::ifstream shown(decoded, std::ios::binary);
@@ -139,13 +118,10 @@ double likeness(const Drawn& drawn, const fs::path& gif) {
 }
 
 void measure(const char* what, const Drawn& drawn, const fs::path& gif, const std::function<void()>& write) {
-    const auto start = std::chrono::steady_clock::now();
-    const double startCpu = cpuSeconds();
-    write();
-    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - start;
-    const double cpu = cpuSeconds() - startCpu;
+    const Cost cost = costOf(write);
     std::printf("%-34s %8ju bytes, %5.2f dB, wall %5.2f s, cpu %5.2f s\n", what,
-                static_cast<std::uintmax_t>(fs::file_size(gif)), likeness(drawn, gif), wall.count(), cpu);
+                static_cast<std::uintmax_t>(fs::file_size(gif)), likeness(drawn, gif), cost.wallSeconds,
+                cost.cpuSeconds);
     std::fflush(stdout);
 }
 

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QGuiApplication>
+#include <array>
 
 #include "render/ContentGeometry.h"
 #include "render/CpuRenderer.h"
@@ -121,6 +122,52 @@ void drawLayer(benchmark::State& state) {
 BENCHMARK(drawLayer)
     ->ArgNames({"width", "layer"})
     ->ArgsProduct({{1920, 3840}, {0, 1, 2, 3, 4, 5, 6}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+// As an export does it: into buffers that come round in turn. The scene is still but for the pointer, over a
+// camera bubble, a key label and a caption that stay.
+template <typename Picture>
+void movePointer(benchmark::State& state) {
+    struct Target {
+        Picture picture;
+        ShownFrame shown{};
+    };
+    const int width = static_cast<int>(state.range(0));
+    const int height = width * 9 / 16;
+    const BgraImage recording = noise(1920, 1080);
+    const BgraImage camera = noise(1280, 720);
+    const BgraImage matte = noise(256, 144);
+    const FrameSources sources{{recording.view(), 1}, {camera.view(), 1}, {matte.view(), 1}};
+    CpuRenderer renderer(static_cast<int>(state.range(1)));
+    FrameComposer::Frame frame = typicalFrame(width, height, 1, renderer);
+    frame.ripples.clear();
+    frame.webcam = typicalBubble(width, height, 0.5F);
+    std::array<Target, 4> targets;
+    for (Target& target : targets)
+        target.picture = Picture(width, height);
+    std::uint64_t round = 0;
+    const auto draw = [&] {
+        frame.cursor->rect.x = static_cast<float>(width) * (0.2F + static_cast<float>(round % 500) * 0.001F);
+        Target& target = targets[round++ % targets.size()];
+        renderer.redraw(frame, sources, target.shown, target.picture);
+        target.shown.frame = frame;
+        target.shown.sources = contentsOf(sources);
+    };
+    for (std::size_t first = 0; first < targets.size(); ++first)
+        draw();
+    while (state.KeepRunning())
+        draw();
+}
+
+BENCHMARK_TEMPLATE(movePointer, BgraImage)
+    ->ArgNames({"width", "threads"})
+    ->ArgsProduct({{1920, 3840}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(movePointer, YuvImage)
+    ->ArgNames({"width", "threads"})
+    ->ArgsProduct({{1920, 3840}, {1, 2}})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

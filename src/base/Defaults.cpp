@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Defaults.h"
 
+#include <QDir>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -78,6 +79,15 @@ std::filesystem::path Defaults::libraryFolder() {
     const auto parent = videos.isEmpty() ? std::filesystem::temp_directory_path()
                                          : std::filesystem::path(videos.toStdString());
     return parent / "Tessaloom";
+}
+
+std::filesystem::path Defaults::stateFolder() {
+    // Not known to QStandardPaths yet. A relative path counts as not set, as the desktops have agreed.
+    const auto folder = pathFromEnvironment("XDG_STATE_HOME");
+    const auto parent = folder && folder->is_absolute()
+                            ? *folder
+                            : std::filesystem::path(QDir::homePath().toStdString()) / ".local" / "state";
+    return parent / "tessaloom";
 }
 
 }  // namespace tessaloom

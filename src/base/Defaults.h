@@ -28,6 +28,9 @@ class Defaults {
     /// created.
     static std::filesystem::path libraryFolder();
 
+    /// Where the program remembers what is neither a setting nor the user's work. Not created.
+    static std::filesystem::path stateFolder();
+
   private:
     std::filesystem::path settingsFile_;
 };

@@ -14,7 +14,8 @@ Q_LOGGING_CATEGORY(exporting, "com.tessaloom.app.Export")
 Q_LOGGING_CATEGORY(renderer, "com.tessaloom.app.Renderer")
 
 void install(bool verbose) {
-    qSetMessagePattern(QStringLiteral("%{if-category}%{category}: %{endif}%{message}"));
+    qSetMessagePattern(verbose ? QStringLiteral("%{if-category}%{category}: %{endif}%{message}")
+                               : QStringLiteral("tessaloom: %{message}"));
     QLoggingCategory::setFilterRules(verbose ? QStringLiteral("com.tessaloom.app.*.info=true")
                                              : QStringLiteral("com.tessaloom.app.*.info=false\n"
                                                               "default.warning=false\n"

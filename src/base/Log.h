@@ -15,7 +15,8 @@ Q_DECLARE_LOGGING_CATEGORY(exporting)
 Q_DECLARE_LOGGING_CATEGORY(renderer)
 
 /// Milestones (info) and Qt's remarks on its surroundings are shown only when `verbose`; our warnings and
-/// errors always are. Lines go to stderr. Call it before the application object is made, which remarks too.
+/// errors always are. Lines go to stderr, with their category when `verbose`, else like every other word to
+/// the user. Call it before the application object is made, which remarks too.
 void install(bool verbose);
 
 }  // namespace tessaloom::Log

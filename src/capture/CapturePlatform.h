@@ -16,6 +16,9 @@ class CapturePlatform {
 
     /// Throws CaptureError::noDisplay when no display can be reached; so do the others.
     virtual ShareableContent shareableContent() = 0;
+    /// Reads a few pixels of what is to be recorded, so that all that takes part is awake when it has to be.
+    /// False when they can't be had.
+    virtual bool takePreflightPicture(const ContentFilter& filter) = 0;
     /// Whether a display's picture shows what lies beneath this program's own windows. Otherwise they are in
     /// it.
     virtual bool leavesOutOwnWindows() = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/CountdownController.h"
 
-#include <QCoroTimer>
+#include <QCoroFuture>
 #include <atomic>
 #include <chrono>
 #include <exception>
@@ -55,12 +55,12 @@ QCoro::Task<> CountdownController::run(int seconds, std::stop_token cancel) {
     for (int left = seconds; left > 0 && !isOver(); --left) {
         presenter_.showCountdown(left);
         for (int slice = 0; slice < slicesPerSecond && !isOver(); ++slice) {
-            co_await QCoro::sleepFor(1000ms / slicesPerSecond);
+            co_await clock_.after(1000ms / slicesPerSecond);
         }
     }
     presenter_.hideCountdown();
     // The countdown needs a moment to be really off the screen.
-    co_await QCoro::sleepFor(120ms);
+    co_await clock_.after(120ms);
 }
 
 }  // namespace tessaloom

@@ -4,6 +4,7 @@
 #include <QCoroTask>
 #include <stop_token>
 
+#include "base/WaitClock.h"
 #include "capture/CapturePlatform.h"
 #include "capture/RecordingPresenter.h"
 
@@ -13,8 +14,8 @@ namespace tessaloom {
 /// warning; the recording starts all the same. Main thread; must outlive the coroutines it returns.
 class CountdownController {
   public:
-    CountdownController(CapturePlatform& platform, RecordingPresenter& presenter)
-        : platform_(platform), presenter_(presenter) {}
+    CountdownController(CapturePlatform& platform, RecordingPresenter& presenter, WaitClock& clock)
+        : platform_(platform), presenter_(presenter), clock_(clock) {}
 
     /// Returns when the countdown is over, skipped or given up, and off the screen. Below 1 nothing is shown.
     QCoro::Task<> run(int seconds, std::stop_token cancel);
@@ -22,6 +23,7 @@ class CountdownController {
   private:
     CapturePlatform& platform_;
     RecordingPresenter& presenter_;
+    WaitClock& clock_;
 };
 
 }  // namespace tessaloom

@@ -16,6 +16,12 @@ Rect areaOf(const CaptureRect& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
+EventLog withOffsets(EventLog log, const FileOffsets& offsets) {
+    log.webcamStartOffset = offsets.webcam;
+    log.micStartOffset = offsets.mic;
+    return log;
+}
+
 std::optional<EventJournal> createJournal(const TakeBundle& bundle, const EventLog& header) {
     try {
         return EventJournal::create(bundle, header);
@@ -30,7 +36,7 @@ std::optional<EventJournal> createJournal(const TakeBundle& bundle, const EventL
 InputRecorder::InputRecorder(const TakeBundle& bundle, EventLog log, double origin,
                              std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap,
                              std::function<FileOffsets()> readOffsets)
-    : log_(std::move(log)),
+    : log_(withOffsets(std::move(log), readOffsets())),
       retimer_(origin, areaOf(log_.captureRect)),
       cursor_(std::move(cursor)),
       eventTap_(std::move(eventTap)),
@@ -83,8 +89,7 @@ void InputRecorder::gather() {
 void InputRecorder::updateOffsets() {
     const FileOffsets offsets = readOffsets_();
     if (offsets.webcam == log_.webcamStartOffset && offsets.mic == log_.micStartOffset) return;
-    log_.webcamStartOffset = offsets.webcam;
-    log_.micStartOffset = offsets.mic;
+    log_ = withOffsets(std::move(log_), offsets);
     writeJournal([this](EventJournal& journal) { journal.replaceHeader(log_); });
 }
 

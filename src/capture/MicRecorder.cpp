@@ -140,10 +140,10 @@ std::optional<double> MicRecorder::firstSamplePTS() const {
     return recording_->firstSamplePTS;
 }
 
-QCoro::Task<> MicRecorder::stop() {
+QCoro::Task<> MicRecorder::stop(WaitClock& clock) {
     // Named, because GCC 12 destroys a closure made inside an await expression twice.
     std::function<void()> finish = [recording = recording_] { recording->finish(); };
-    const bool finished = co_await runBounded(std::move(finish), finishLimit);
+    const bool finished = co_await runBounded(std::move(finish), finishLimit, clock);
     if (!finished) qCCritical(Log::mic, "The microphone's file was not finished in time");
 }
 

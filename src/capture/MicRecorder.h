@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/WaitClock.h"
 #include "capture/LiveSoundSource.h"
 
 namespace tessaloom {
@@ -28,8 +29,8 @@ class MicRecorder {
     /// HostClock seconds of the file's first sample; nothing as long as there is none. Any thread.
     std::optional<double> firstSamplePTS() const;
 
-    /// Ends the source and completes the file, waiting 10 s at most.
-    QCoro::Task<> stop();
+    /// Ends the source and completes the file, waiting 10 s of `clock` at most.
+    QCoro::Task<> stop(WaitClock& clock = WaitClock::host());
 
   private:
     struct Recording;

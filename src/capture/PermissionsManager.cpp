@@ -1,21 +1,90 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/PermissionsManager.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tessaloom {
+namespace {
 
-PermissionsManager::PermissionsManager(std::function<Statuses()> read) : read_(std::move(read)) {
+using enum Permission;
+using enum PermissionStatus;
+
+constexpr std::array readingOrder{screenRecording, microphone, camera, accessibility, speech};
+/// These a program can use as soon as they are granted.
+constexpr std::array immediateOnes{microphone, camera, speech};
+
+/// Under which it is remembered that the desktop has asked; null where it tells by itself.
+const char* askedKey(Permission permission) {
+    if (permission == screenRecording) return "askedScreenRecording";
+    if (permission == accessibility) return "askedAccessibility";
+    return nullptr;
+}
+
+bool isUndecided(PermissionStatus status) {
+    return status == unknown || status == notDetermined;
+}
+
+}  // namespace
+
+PermissionsManager::PermissionsManager(Defaults defaults, PermissionSystem& system)
+    : defaults_(std::move(defaults)),
+      system_(system),
+      askedScreenAtLaunch_(wasAsked(screenRecording)),
+      askedAccessibilityAtLaunch_(wasAsked(accessibility)) {
     refresh();
 }
 
-PermissionsManager PermissionsManager::unrestricted() {
-    return PermissionsManager(
-        [] { return Statuses{.microphone = Status::granted, .camera = Status::granted}; });
+bool PermissionsManager::allSettled() const {
+    return std::ranges::none_of(readingOrder, [this](Permission each) { return isUndecided(status(each)); });
+}
+
+bool PermissionsManager::hasUndecided() const {
+    return std::ranges::any_of(immediateOnes, [this](Permission each) { return isUndecided(status(each)); });
 }
 
 void PermissionsManager::refresh() {
-    statuses_ = read_();
+    for (const Permission permission : readingOrder)
+        statuses_[permission] = read(permission);
+    Q_EMIT refreshed();
+}
+
+PermissionStatus PermissionsManager::read(Permission permission) {
+    const PermissionStatus status = system_.status(permission);
+    if (askedKey(permission) == nullptr || status == granted) return status;
+    const bool asked = permission == screenRecording ? askedScreenAtLaunch_ : askedAccessibilityAtLaunch_;
+    return asked ? denied : notDetermined;
+}
+
+QCoro::Task<> PermissionsManager::request(Permission permission) {
+    co_await system_.ask(permission);
+    rememberAsked(permission);
+    refresh();
+}
+
+QCoro::Task<> PermissionsManager::requestNext() {
+    if (!isGranted(accessibility) && !wasAsked(accessibility)) {
+        co_await request(accessibility);
+    } else if (!isGranted(screenRecording)) {
+        co_await request(screenRecording);
+    } else {
+        const auto next =
+            std::ranges::find(immediateOnes, notDetermined, [this](Permission each) { return status(each); });
+        if (next != immediateOnes.end()) co_await request(*next);
+    }
+}
+
+void PermissionsManager::screenWasLookedAt() {
+    if (!isGranted(screenRecording)) rememberAsked(screenRecording);
+}
+
+bool PermissionsManager::wasAsked(Permission permission) const {
+    return defaults_.boolean(askedKey(permission)).value_or(false);
+}
+
+void PermissionsManager::rememberAsked(Permission permission) {
+    if (const char* key = askedKey(permission)) defaults_.setBoolean(key, true);
 }
 
 }  // namespace tessaloom

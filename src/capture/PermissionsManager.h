@@ -1,35 +1,59 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <functional>
+#include <QCoroTask>
+#include <QObject>
+#include <map>
+
+#include "base/Defaults.h"
+#include "capture/PermissionSystem.h"
 
 namespace tessaloom {
 
-/// Whether we may use what belongs to the user. It never says whether a device is there: that is found out
-/// when the device is opened. Main thread.
-class PermissionsManager {
+/// Whether we may use what belongs to the user, and the order in which to ask for it. It never says whether a
+/// device is there: that is found out when the device is opened. Main thread.
+///
+/// That the desktop has asked about the screen or about input is remembered in the preferences, and judged by
+/// their values when this object was made: such a permission comes into force with the next start of the
+/// program, so until then the question counts as open.
+class PermissionsManager : public QObject {
+    Q_OBJECT
+
   public:
-    enum class Status { unknown, granted, denied, notDetermined };
+    /// Reads all statuses; `system` must outlive it.
+    PermissionsManager(Defaults defaults, PermissionSystem& system);
 
-    struct Statuses {
-        Status microphone = Status::unknown;
-        Status camera = Status::unknown;
-    };
+    PermissionStatus status(Permission permission) const { return statuses_.at(permission); }
+    bool isGranted(Permission permission) const { return status(permission) == PermissionStatus::granted; }
 
-    /// Asks `read` at every refresh(), of which this is the first.
-    explicit PermissionsManager(std::function<Statuses()> read);
-
-    /// For a program that runs as its user does: the system has nothing to ask, and everything is granted.
-    static PermissionsManager unrestricted();
+    /// None waits for a decision any more.
+    bool allSettled() const;
+    /// Microphone, camera or speech waits for one.
+    bool hasUndecided() const;
 
     void refresh();
 
-    Status microphone() const { return statuses_.microphone; }
-    Status camera() const { return statuses_.camera; }
+    QCoro::Task<> request(Permission permission);
+    /// Asks for the next one that is open: first input, then the screen, then microphone, camera and speech.
+    QCoro::Task<> requestNext();
+
+    /// The first look at what is on the screen makes a desktop ask, where it does so at all.
+    void screenWasLookedAt();
+
+  Q_SIGNALS:
+    /// After each reading.
+    void refreshed();
 
   private:
-    std::function<Statuses()> read_;
-    Statuses statuses_;
+    PermissionStatus read(Permission permission);
+    bool wasAsked(Permission permission) const;
+    void rememberAsked(Permission permission);
+
+    Defaults defaults_;
+    PermissionSystem& system_;
+    bool askedScreenAtLaunch_;
+    bool askedAccessibilityAtLaunch_;
+    std::map<Permission, PermissionStatus> statuses_;
 };
 
 }  // namespace tessaloom

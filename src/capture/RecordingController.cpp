@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/RecordingController.h"
 
+#include <QCoroFuture>
 #include <QDateTime>
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <exception>
 #include <functional>
 #include <stdexcept>
@@ -24,6 +26,7 @@ using namespace std::chrono_literals;
 constexpr auto originLimit = 8s;
 constexpr auto cameraStartLimit = 4s;
 constexpr auto deviceOpenLimit = 4s;
+constexpr auto agentLimit = 600s;
 constexpr int leastAgentCountdown = 3;
 constexpr double cursorSamplesPerSecond = 120.0;
 
@@ -31,13 +34,16 @@ TakeBundle createBundle(const std::filesystem::path& library) {
     std::error_code reportedBelow;
     std::filesystem::create_directories(library, reportedBelow);
     const QDateTime now = QDateTime::currentDateTime();
-    const std::chrono::seconds localTime(now.toSecsSinceEpoch() + now.offsetFromUtc());
-    return TakeBundle::create(library / TakeBundle::folderName(std::chrono::local_seconds(localTime)));
+    std::chrono::local_seconds start(std::chrono::seconds(now.toSecsSinceEpoch() + now.offsetFromUtc()));
+    // Of two recordings in one second the later one is named after the next.
+    while (std::filesystem::exists(library / TakeBundle::folderName(start), reportedBelow))
+        start += 1s;
+    return TakeBundle::create(library / TakeBundle::folderName(start));
 }
 
 /// Opens a device on a thread of its own, since the sound server may hang.
 template <typename Device>
-QCoro::Task<std::unique_ptr<Device>> opened(std::function<std::unique_ptr<Device>()> open) {
+QCoro::Task<std::unique_ptr<Device>> opened(std::function<std::unique_ptr<Device>()> open, WaitClock& clock) {
     struct Result {
         std::unique_ptr<Device> device;
         std::exception_ptr error;
@@ -50,7 +56,7 @@ QCoro::Task<std::unique_ptr<Device>> opened(std::function<std::unique_ptr<Device
             result->error = std::current_exception();
         }
     };
-    const bool inTime = co_await runBounded(std::move(work), deviceOpenLimit);
+    const bool inTime = co_await runBounded(std::move(work), deviceOpenLimit, clock);
     if (!inTime) throw std::runtime_error("The sound server doesn't answer.");
     if (result->error) std::rethrow_exception(result->error);
     co_return std::move(result->device);
@@ -77,21 +83,28 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    if (cancel.stop_requested() || !wanted) {
-        const auto unwanted = bundle_;
-        co_await abortCapture();
-        std::error_code ignored;
-        if (unwanted) std::filesystem::remove_all(unwanted->url, ignored);
-        co_return Cancelled{};
-    }
-    if (failure) {
-        qCInfo(Log::recording, "Failed to start recording: %s", failure->c_str());
-        co_await abortCapture();
-        co_return Failed{*failure};
-    }
+    if (cancel.stop_requested() || !wanted) co_return co_await giveUp(by);
+    if (failure) co_return co_await fail(*failure, by);
     setState(State::recording);
     qCInfo(Log::recording, "Recording started → %s", bundle_->url.filename().c_str());
     co_return Started{bundle_->url, warnings_};
+}
+
+QCoro::Task<RecordingController::StartOutcome> RecordingController::giveUp(StartedBy by) {
+    const auto unwanted = bundle_;
+    co_await abortCapture();
+    std::error_code ignored;
+    if (unwanted) std::filesystem::remove_all(unwanted->url, ignored);
+    if (by == StartedBy::user) presenter_.showRecordBar();
+    co_return Cancelled{};
+}
+
+QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(std::string reason, StartedBy by) {
+    qCInfo(Log::recording, "Failed to start recording: %s", reason.c_str());
+    co_await abortCapture();
+    const bool mayRecordScreen = permissions_.isGranted(Permission::screenRecording);
+    if (by == StartedBy::user) co_await presenter_.tellFailure(reason, mayRecordScreen);
+    co_return Failed{std::move(reason)};
 }
 
 /// The order matters: whatever is slow comes before the countdown, and the screen's first frame is the time
@@ -99,7 +112,7 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
 QCoro::Task<bool> RecordingController::startSources(CaptureSource source, RecordingPreferences preferences,
                                                     std::stop_token cancel, StartedBy by) {
     applyPermissions(preferences);
-    const CaptureTarget target = resolveSource(source, platform_.shareableContent());
+    const CaptureTarget target = findTarget(source);
     bundle_ = createBundle(preferences.libraryFolder);
     cameraChoice_ = preferences.camera;
 
@@ -107,7 +120,9 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
         const bool wanted = co_await prepareMicrophone(preferences.micDeviceID, by);
         if (!wanted) co_return false;
     }
+    if (cancel.stop_requested()) co_return false;
     co_await prepareCamera(preferences.captureWebcam, preferences.webcamDeviceID, by);
+    if (cancel.stop_requested()) co_return false;
     // The camera's file begins during the countdown, so that it is really being written before the screen is.
     if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
     if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
@@ -117,7 +132,8 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
                             cancel);
     if (cancel.stop_requested()) co_return false;
-    if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit);
+    if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit, clock_, cancel);
+    if (cancel.stop_requested()) co_return false;
 
     if (webcam_ && !platform_.leavesOutOwnWindows()) presenter_.hideCamera();
     co_await startScreen(target, std::move(systemAudio), cancel);
@@ -130,9 +146,20 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
 
 /// What may not be used is silently off.
 void RecordingController::applyPermissions(RecordingPreferences& preferences) const {
-    using enum PermissionsManager::Status;
-    preferences.captureMicrophone = preferences.captureMicrophone && permissions_.microphone() == granted;
-    preferences.captureWebcam = preferences.captureWebcam && permissions_.camera() == granted;
+    using enum Permission;
+    preferences.captureMicrophone = preferences.captureMicrophone && permissions_.isGranted(microphone);
+    preferences.captureWebcam = preferences.captureWebcam && permissions_.isGranted(camera);
+}
+
+CaptureTarget RecordingController::findTarget(const CaptureSource& source) {
+    const ShareableContent content = platform_.shareableContent();
+    permissions_.screenWasLookedAt();
+    CaptureTarget target = resolveSource(source, content);
+    const double before = HostClock::seconds();
+    const bool pictureTaken = platform_.takePreflightPicture(target.filter);
+    qCInfo(Log::recording, "Capture preflight %s in %ld ms", pictureTaken ? "ok" : "failed",
+           std::lround(1000 * (HostClock::seconds() - before)));
+    return target;
 }
 
 QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier, StartedBy by) {
@@ -141,7 +168,7 @@ QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier,
         std::function<std::unique_ptr<LiveSoundSource>()> open = [this, identifier] {
             return devices_.openMicrophone(identifier);
         };
-        auto microphone = co_await opened(std::move(open));
+        auto microphone = co_await opened(std::move(open), clock_);
         mic_ = MicRecorder::start(std::move(microphone), bundle_->file(TakeBundle::microphoneFile));
         co_return true;
     } catch (const std::exception& error) {
@@ -184,7 +211,7 @@ QCoro::Task<std::unique_ptr<WebcamRecorder>> RecordingController::openCamera(std
     std::function<std::unique_ptr<CameraSource>()> open = [this, identifier] {
         return devices_.openCamera(identifier);
     };
-    auto camera = co_await opened(std::move(open));
+    auto camera = co_await opened(std::move(open), clock_);
     co_return WebcamRecorder::start(std::move(camera));
 }
 
@@ -195,7 +222,7 @@ QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAud
         std::function<std::unique_ptr<LiveSoundSource>()> open = [this] {
             return devices_.openSystemAudio();
         };
-        co_return co_await opened(std::move(open));
+        co_return co_await opened(std::move(open), clock_);
     } catch (const std::exception& error) {
         qCInfo(Log::recording, "System audio unavailable: %s", error.what());
     }
@@ -211,6 +238,11 @@ QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamD
     }
     try {
         auto camera = co_await openCamera(std::move(webcamDeviceID));
+        // A recording that began meanwhile has opened its own.
+        if (state_ != State::idle) {
+            co_await camera->stop(clock_);
+            co_return;
+        }
         co_await setPreview(std::move(camera));
         presenter_.showCamera(*previewWebcam_, choice);
     } catch (const std::exception& error) {
@@ -223,7 +255,7 @@ QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> ca
     const auto old = std::exchange(previewWebcam_, std::move(camera));
     if (!old) co_return;
     presenter_.hideCamera();
-    co_await old->stop();
+    co_await old->stop(clock_);
 }
 
 QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
@@ -233,8 +265,7 @@ QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
     screen_ = ScreenCaptureEngine::start(platform_, target, std::move(systemAudio),
                                          bundle_->file(TakeBundle::screenFile),
                                          [this](const std::string& reason) { announceEnd(reason); });
-    const std::stop_callback release(cancel, [this] { screen_->releaseWaiter(); });
-    co_await screen_->waitForOrigin(originLimit);
+    co_await screen_->waitForOrigin(originLimit, clock_, cancel);
 }
 
 /// Any thread: whoever listens hears it on the main one.
@@ -284,20 +315,71 @@ void RecordingController::showCameraInEdit() const {
     }
 }
 
-QCoro::Task<> RecordingController::stop() {
+QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     if (state_ != State::recording || !bundle_ || !screen_) co_return;
+    agentLimit_.reset();
+    agentRecording_.reset();
     presenter_.restoreDesktopIcons();
     presenter_.hideCamera();
     setState(State::finishing);
-    if (mic_) co_await mic_->stop();
-    co_await screen_->stop();
+    if (mic_) co_await mic_->stop(clock_);
+    co_await screen_->stop(clock_);
     const EventLog log = input_->stop();
-    if (webcam_) co_await webcam_->stop();
+    if (webcam_) co_await webcam_->stop(clock_);
     logOffsets(log);
+    bundle_->removeEmptyMedia();
     storeLog(log);
     lastBundle_ = bundle_->url;
     tearDown();
     setState(State::idle);
+    if (afterwards == Afterwards::openEditor) {
+        presenter_.openEditor(*lastBundle_);
+    } else {
+        co_await leaveQuietly();
+    }
+}
+
+/// After a recording that nobody started by hand nothing stays on the screen.
+QCoro::Task<> RecordingController::leaveQuietly() {
+    if (state_ != State::idle) co_return;
+    presenter_.hideRecordBar();
+    co_await setPreview(nullptr);
+}
+
+QCoro::Task<RecordingController::AgentStartResult> RecordingController::startForAgent(
+    Options options, CaptureSource source, RecordingPreferences preferences, std::stop_token cancel) {
+    if (state_ != State::idle) co_return Failed{"Tessaloom is already recording. Stop that recording first."};
+    presenter_.hideRecordBar();
+    preferences.captureMicrophone = options.captureMicrophone;
+    preferences.captureWebcam = options.captureWebcam;
+    preferences.captureSystemAudio = options.captureSystemAudio;
+    auto outcome = co_await start(std::move(source), std::move(preferences), cancel, StartedBy::agent);
+    if (auto* failure = std::get_if<Failed>(&outcome)) co_return std::move(*failure);
+    auto* const started = std::get_if<Started>(&outcome);
+    if (started == nullptr) co_return Failed{"The recording was cancelled before it started."};
+    limitAgentRecording(started->bundle);
+    co_return std::move(*started);
+}
+
+/// An agent that forgets its recording doesn't fill the disk.
+void RecordingController::limitAgentRecording(const std::filesystem::path& bundle) {
+    agentRecording_ = bundle;
+    agentLimit_ = std::make_unique<QFutureWatcher<void>>();
+    connect(
+        agentLimit_.get(), &QFutureWatcher<void>::finished, this,
+        [this, bundle] {
+            if (state_ != State::recording || agentRecording_ != bundle) return;
+            qCInfo(Log::recording, "Agent recording reached its time limit; stopping it");
+            stop(Afterwards::nothing);
+        },
+        Qt::QueuedConnection);  // the watcher ends with the recording
+    agentLimit_->setFuture(clock_.after(agentLimit));
+}
+
+QCoro::Task<std::optional<std::filesystem::path>> RecordingController::stopForAgent() {
+    if (state_ != State::recording) co_return std::nullopt;
+    co_await stop(Afterwards::nothing);
+    co_return lastBundle_;
 }
 
 void RecordingController::logOffsets(const EventLog& log) const {
@@ -333,13 +415,13 @@ QCoro::Task<> RecordingController::abortCapture() {
     presenter_.restoreDesktopIcons();
     presenter_.hideCamera();
     co_await setPreview(nullptr);
-    if (screen_) co_await screen_->stop();
+    if (screen_) co_await screen_->stop(clock_);
     if (input_) {
         input_->stop();
         input_->discardJournal();
     }
-    if (mic_) co_await mic_->stop();
-    if (webcam_) co_await webcam_->stop();
+    if (mic_) co_await mic_->stop(clock_);
+    if (webcam_) co_await webcam_->stop(clock_);
     tearDown();
     setState(State::idle);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QFutureWatcher>
 #include <QObject>
 #include <filesystem>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/WaitClock.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CaptureSource.h"
 #include "capture/CountdownController.h"
@@ -38,6 +40,11 @@ class RecordingController : public QObject {
     /// taken as going on, and what a user would be told comes back as a warning.
     enum class StartedBy { user, agent };
 
+    /// What happens to a finished recording.
+    enum class Afterwards { openEditor, nothing };
+
+    using Options = RecordingOptions;
+
     struct Started {
         std::filesystem::path bundle;
         std::vector<std::string> warnings;  ///< for an agent only
@@ -47,14 +54,17 @@ class RecordingController : public QObject {
     };
     struct Cancelled {};
     using StartOutcome = std::variant<Started, Failed, Cancelled>;
+    using AgentStartResult = std::variant<Started, Failed>;
 
+    /// All of them must outlive it. `clock` is what its countdowns and time limits go by.
     RecordingController(CapturePlatform& platform, RecordingDevices& devices, RecordingPresenter& presenter,
-                        PermissionsManager permissions = PermissionsManager::unrestricted())
+                        PermissionsManager& permissions, WaitClock& clock = WaitClock::host())
         : platform_(platform),
           devices_(devices),
           presenter_(presenter),
-          countdown_(platform, presenter),
-          permissions_(std::move(permissions)) {}
+          permissions_(permissions),
+          clock_(clock),
+          countdown_(platform, presenter, clock) {}
 
     State state() const { return state_; }
     /// The last finished recording's.
@@ -72,7 +82,15 @@ class RecordingController : public QObject {
     bool hasCameraPreview() const { return previewWebcam_ != nullptr; }
 
     /// Does nothing unless a recording is going on. Never loses what was recorded.
-    QCoro::Task<> stop();
+    QCoro::Task<> stop(Afterwards afterwards = Afterwards::openEditor);
+
+    /// Starts for an agent: `options` stand, whatever `preferences` say of the same, no question is asked,
+    /// and the recording is stopped after ten minutes at the latest.
+    QCoro::Task<AgentStartResult> startForAgent(Options options, CaptureSource source,
+                                                RecordingPreferences preferences,
+                                                std::stop_token cancel = {});
+    /// The finished bundle; nothing unless a recording is going on.
+    QCoro::Task<std::optional<std::filesystem::path>> stopForAgent();
 
   Q_SIGNALS:
     void stateChanged(tessaloom::RecordingController::State state);
@@ -90,6 +108,11 @@ class RecordingController : public QObject {
     QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
     QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
     QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
+    CaptureTarget findTarget(const CaptureSource& source);
+    QCoro::Task<StartOutcome> giveUp(StartedBy by);
+    QCoro::Task<StartOutcome> fail(std::string reason, StartedBy by);
+    void limitAgentRecording(const std::filesystem::path& bundle);
+    QCoro::Task<> leaveQuietly();
     QCoro::Task<> startScreen(CaptureTarget target, std::unique_ptr<LiveSoundSource> systemAudio,
                               std::stop_token cancel);
     void announceEnd(const std::string& reason);
@@ -105,12 +128,15 @@ class RecordingController : public QObject {
     CapturePlatform& platform_;
     RecordingDevices& devices_;
     RecordingPresenter& presenter_;
+    PermissionsManager& permissions_;
+    WaitClock& clock_;
     CountdownController countdown_;
-    PermissionsManager permissions_;
     State state_ = State::idle;
     std::optional<std::filesystem::path> lastBundle_;
     std::optional<TakeBundle> bundle_;
     CameraChoice cameraChoice_;
+    std::optional<std::filesystem::path> agentRecording_;  ///< only while an agent's recording runs
+    std::unique_ptr<QFutureWatcher<void>> agentLimit_;
     std::vector<std::string> warnings_;
     std::uint64_t streamStartHostTime_ = 0;
     std::unique_ptr<WebcamRecorder> previewWebcam_;

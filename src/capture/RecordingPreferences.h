@@ -9,6 +9,13 @@
 
 namespace tessaloom {
 
+/// What is recorded beside the screen.
+struct RecordingOptions {
+    bool captureMicrophone = false;
+    bool captureWebcam = false;
+    bool captureSystemAudio = false;
+};
+
 /// The user's choices for a recording, as one run of it takes them.
 struct RecordingPreferences {
     int countdownSeconds = 3;  ///< 0 or less: none

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <filesystem>
 #include <string>
 
 #include "capture/WebcamRecorder.h"
@@ -32,6 +33,17 @@ class RecordingPresenter {
     virtual QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) = 0;
     /// The camera can't be recorded, for the reason given; the recording goes on when this returns.
     virtual QCoro::Task<> tellWithoutCamera(std::string reason) = 0;
+    /// The recording could not start, for the reason given; without the permission to record the screen that
+    /// may be why.
+    virtual QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) = 0;
+
+    /// The bar from which recordings are started, where there is one: off while an agent's recording runs,
+    /// back when a user's start was given up.
+    virtual void showRecordBar() {}
+    virtual void hideRecordBar() {}
+
+    /// A user's recording is finished.
+    virtual void openEditor(const std::filesystem::path& bundle) = 0;
 };
 
 }  // namespace tessaloom

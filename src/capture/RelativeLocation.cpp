@@ -5,10 +5,20 @@
 
 namespace tessaloom {
 
+namespace {
+
+constexpr double hair = 1e-9;
+
+double heldInside(double fraction) {
+    return std::clamp(fraction, hair, 1 - hair);
+}
+
+}  // namespace
+
 std::optional<RelativePoint> relativeLocation(const Point& point, const Rect& capturedArea) {
     if (!(capturedArea.width > 0) || !(capturedArea.height > 0)) return std::nullopt;
-    return RelativePoint{std::clamp((point.x - capturedArea.x) / capturedArea.width, 0.0, 1.0),
-                         std::clamp((point.y - capturedArea.y) / capturedArea.height, 0.0, 1.0)};
+    return RelativePoint{heldInside((point.x - capturedArea.x) / capturedArea.width),
+                         heldInside((point.y - capturedArea.y) / capturedArea.height)};
 }
 
 }  // namespace tessaloom

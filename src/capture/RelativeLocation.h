@@ -8,8 +8,9 @@
 
 namespace tessaloom {
 
-/// A global point as a fraction of the captured area; points outside stick to its edge. Nothing for an area
-/// without extent.
+/// A global point as a fraction of the captured area; points outside stick to its edge,
+/// a hair inside: a zoom's filter comes to rest a few last bits beside the whole frame, and the pointer must
+/// not fall out of it. Nothing for an area without extent.
 std::optional<RelativePoint> relativeLocation(const Point& point, const Rect& capturedArea);
 
 }  // namespace tessaloom

@@ -162,13 +162,9 @@ std::unique_ptr<ScreenCaptureEngine> ScreenCaptureEngine::start(CapturePlatform&
     return std::unique_ptr<ScreenCaptureEngine>(new ScreenCaptureEngine(std::move(recording)));
 }
 
-QCoro::Task<> ScreenCaptureEngine::waitForOrigin(std::chrono::milliseconds limit) {
-    co_await waitBounded(recording_->originKnown.future(), limit);
-}
-
-void ScreenCaptureEngine::releaseWaiter() {
-    const std::lock_guard guard(recording_->lock);
-    recording_->originKnown.finish();
+QCoro::Task<> ScreenCaptureEngine::waitForOrigin(std::chrono::milliseconds limit, WaitClock& clock,
+                                                 std::stop_token cancel) {
+    co_await waitBounded(recording_->originKnown.future(), limit, clock, cancel);
 }
 
 bool ScreenCaptureEngine::started() const {
@@ -185,10 +181,10 @@ const CaptureRect& ScreenCaptureEngine::captureRect() const {
     return recording_->captureRect;
 }
 
-QCoro::Task<> ScreenCaptureEngine::stop() {
+QCoro::Task<> ScreenCaptureEngine::stop(WaitClock& clock) {
     // Named, because GCC 12 destroys a closure made inside an await expression twice.
     std::function<void()> finish = [recording = recording_] { recording->finish(); };
-    const bool finished = co_await runBounded(std::move(finish), finishLimit);
+    const bool finished = co_await runBounded(std::move(finish), finishLimit, clock);
     if (!finished) qCCritical(Log::screenCapture, "The recording's file was not finished in time");
 }
 

@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <stop_token>
 
+#include "base/WaitClock.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CaptureTarget.h"
 #include "capture/LiveSoundSource.h"
@@ -33,10 +35,9 @@ class ScreenCaptureEngine {
                                                       const std::filesystem::path& file,
                                                       StoppedHandler onStopped);
 
-    /// Suspends until the first frame, the stream's end, releaseWaiter() or the limit.
-    QCoro::Task<> waitForOrigin(std::chrono::milliseconds limit);
-    /// Ends the wait at once. Any thread.
-    void releaseWaiter();
+    /// Suspends until the first frame, the stream's end, a stop asked for through `cancel`, or the limit.
+    QCoro::Task<> waitForOrigin(std::chrono::milliseconds limit, WaitClock& clock = WaitClock::host(),
+                                std::stop_token cancel = {});
 
     /// A first frame has come.
     bool started() const;
@@ -44,8 +45,9 @@ class ScreenCaptureEngine {
     double timelineOrigin() const;
     const CaptureRect& captureRect() const;
 
-    /// Ends the stream and completes the file, waiting 20 s at most. A file without any frame is removed.
-    QCoro::Task<> stop();
+    /// Ends the stream and completes the file, waiting 20 s of `clock` at most. A file without any frame is
+    /// removed.
+    QCoro::Task<> stop(WaitClock& clock = WaitClock::host());
 
   private:
     struct Recording;

@@ -16,9 +16,10 @@ struct ShareableDisplay {
 
 struct ShareableWindow {
     std::uint32_t id = 0;
-    Rect frame;  ///< global points, without the window manager's decoration
-    std::string applicationName;
-    std::string bundleIdentifier;
+    Rect frame;                    ///< global points, without the window manager's decoration
+    std::string applicationName;   ///< as the desktop's menu has it, or its process's name
+    std::string bundleIdentifier;  ///< of its windows: their class
+    std::string desktopID = {};    ///< of the menu's entry; empty without one
     std::string title;
     bool isNormal = true;   ///< an application's own window, not a panel, menu or desktop
     bool isOurOwn = false;  ///< belongs to this program

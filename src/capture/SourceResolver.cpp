@@ -85,8 +85,8 @@ CaptureTarget resolve(const RegionSource& source, const ShareableContent& conten
 bool matches(const ShareableWindow& window, const std::string& app, const std::string& title) {
     return window.isNormal && !window.isOurOwn && window.frame.width > smallestWindowSide &&
            window.frame.height > smallestWindowSide &&
-           (contains(lowercased(window.applicationName), app) ||
-            lowercased(window.bundleIdentifier) == app) &&
+           (contains(lowercased(window.applicationName), app) || lowercased(window.bundleIdentifier) == app ||
+            lowercased(window.desktopID) == app) &&
            contains(lowercased(window.title), title);
 }
 

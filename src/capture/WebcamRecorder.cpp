@@ -11,6 +11,7 @@
 #include "base/Log.h"
 #include "capture/LiveMovie.h"
 #include "media/MediaError.h"
+#include "media/PictureScaling.h"
 
 namespace tessaloom {
 namespace {
@@ -24,6 +25,7 @@ struct WebcamRecorder::Recording {
     explicit Recording(std::unique_ptr<CameraSource> camera) : source(std::move(camera)) { begun.start(); }
 
     void receive(const CameraPicture& picture);
+    BgraView fitting(const BgraView& pixels);
     void begin(const CameraPicture& picture);
     void finish();
 
@@ -33,8 +35,7 @@ struct WebcamRecorder::Recording {
     std::shared_ptr<const CameraSource::Handler> preview;
     QPromise<void> begun;
     bool failed = false;
-    int width = 0;
-    int height = 0;
+    BgraImage scaled;  ///< of the file's size once it has begun
     std::unique_ptr<LiveMovie> movie;
 
     std::unique_ptr<CameraSource> source;
@@ -51,9 +52,7 @@ void WebcamRecorder::Recording::receive(const CameraPicture& picture) {
     if (!file || failed) return;
     try {
         if (!movie) begin(picture);
-        // Another camera has taken over: the last picture of the first one stays.
-        if (picture.pixels.width != width || picture.pixels.height != height) return;
-        const std::array<ScreenPatch, 1> whole{{{picture.pixels, 0, 0}}};
+        const std::array<ScreenPatch, 1> whole{{{fitting(picture.pixels), 0, 0}}};
         movie->append(whole, picture.hostTime);
     } catch (const MediaError& error) {
         qCCritical(Log::webcam, "Webcam recording finished with error: %s", error.what());
@@ -61,12 +60,18 @@ void WebcamRecorder::Recording::receive(const CameraPicture& picture) {
     }
 }
 
+/// In the file's size, also when another camera has taken over.
+BgraView WebcamRecorder::Recording::fitting(const BgraView& pixels) {
+    if (pixels.width == scaled.width() && pixels.height == scaled.height()) return pixels;
+    scaleToFill(pixels, scaled);
+    return scaled.view();
+}
+
 void WebcamRecorder::Recording::begin(const CameraPicture& picture) {
-    width = picture.pixels.width;
-    height = picture.pixels.height;
+    scaled = BgraImage(picture.pixels.width, picture.pixels.height);
     movie = std::make_unique<LiveMovie>(
         *file, MovieWriter::Settings{.container = MovieWriter::Container::fragmentedMovie,
-                                     .video = H264Settings::capture(width, height)});
+                                     .video = H264Settings::capture(scaled.width(), scaled.height())});
     fileStartHostTime = picture.hostTime;
     qCInfo(Log::webcam, "Webcam file started: startPTS→host %.4f, callback clock %.4f", picture.hostTime,
            HostClock::seconds());
@@ -118,18 +123,19 @@ std::optional<double> WebcamRecorder::fileStartHostTime() const {
     return recording_->fileStartHostTime;
 }
 
-QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit) {
-    const bool begun = co_await waitBounded(recording_->begun.future(), limit);
-    if (!begun) {
+QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit, WaitClock& clock,
+                                               std::stop_token cancel) {
+    const bool begun = co_await waitBounded(recording_->begun.future(), limit, clock, cancel);
+    if (!begun && !cancel.stop_requested()) {
         const std::chrono::duration<double> seconds = limit;
         qCCritical(Log::webcam, "Webcam did not begin writing within %.1fs", seconds.count());
     }
 }
 
-QCoro::Task<> WebcamRecorder::stop() {
+QCoro::Task<> WebcamRecorder::stop(WaitClock& clock) {
     // Named, because GCC 12 destroys a closure made inside an await expression twice.
     std::function<void()> finish = [recording = recording_] { recording->finish(); };
-    const bool finished = co_await runBounded(std::move(finish), finishLimit);
+    const bool finished = co_await runBounded(std::move(finish), finishLimit, clock);
     if (!finished) qCCritical(Log::webcam, "The camera's file was not finished in time");
 }
 

@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
+#include "base/WaitClock.h"
 #include "capture/CameraSource.h"
 
 namespace tessaloom {
@@ -28,11 +30,13 @@ class WebcamRecorder {
     /// HostClock seconds at which the file's first picture was taken; nothing before it. Any thread.
     std::optional<double> fileStartHostTime() const;
 
-    /// Suspends until the file has begun, but not longer than `limit`, which is logged.
-    QCoro::Task<> waitForFileStart(std::chrono::milliseconds limit);
+    /// Suspends until the file has begun or a stop is asked for through `cancel`, but not longer than
+    /// `limit`, which is logged.
+    QCoro::Task<> waitForFileStart(std::chrono::milliseconds limit, WaitClock& clock = WaitClock::host(),
+                                   std::stop_token cancel = {});
 
-    /// Ends the camera and completes the file, if there is one, waiting 4 s at most.
-    QCoro::Task<> stop();
+    /// Ends the camera and completes the file, if there is one, waiting 4 s of `clock` at most.
+    QCoro::Task<> stop(WaitClock& clock = WaitClock::host());
 
   private:
     struct Recording;

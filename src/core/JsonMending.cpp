@@ -15,6 +15,7 @@ bool isNumberCharacter(char c) {
 
 /// Nothing for a number that a double can hold.
 std::optional<std::string_view> replacementForHuge(std::string_view number) {
+    if (number.find_first_of("0123456789") == number.npos) return std::nullopt;  // the e of true or false
     const auto value = readJsonNumber(number);
     if (!value) return "null";
     if (*value == 0) return "0";  // as in 0e999

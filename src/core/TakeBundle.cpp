@@ -59,6 +59,14 @@ EventLog TakeBundle::readLog() const {
     return decodeEventLog(readFile(file(eventsFile)));
 }
 
+void TakeBundle::removeEmptyMedia() const {
+    for (const auto name : {screenFile, microphoneFile, webcamFile}) {
+        std::error_code ignored;
+        if (std::filesystem::file_size(file(name), ignored) == 0)
+            std::filesystem::remove(file(name), ignored);
+    }
+}
+
 bool TakeBundle::hasWebcam() const {
     return isThere(file(webcamFile));
 }

@@ -44,6 +44,10 @@ struct TakeBundle {
     EditParams readEdit() const;
     EventLog readLog() const;
 
+    /// A recorder that ends too soon, or a full disk, leaves recorded files in which nothing was written yet.
+    /// They are removed, so that nobody takes them for sound or pictures.
+    void removeEmptyMedia() const;
+
     /// Presence of the file only, readable or not.
     bool hasWebcam() const;
     bool hasMic() const;

@@ -4,6 +4,8 @@
 #include <new>
 #include <utility>
 
+#include "base/AttemptMarker.h"
+#include "base/Log.h"
 #include "export/AudioMix.h"
 #include "export/ExportStaging.h"
 #include "export/FramePipeline.h"
@@ -12,6 +14,7 @@
 #include "export/OutputTimeline.h"
 #include "export/QualityPreset.h"
 #include "export/TakeMovies.h"
+#include "media/MediaError.h"
 
 namespace tessaloom {
 namespace {
@@ -31,12 +34,6 @@ const char* messageOf(Exporter::Failure::Reason reason) {
     return "";
 }
 
-MovieWriter::Settings writerSettings(CanvasSize canvas, double bitsPerPixel, bool sound) {
-    return {.container = MovieWriter::Container::mp4,
-            .video = H264Settings::exported(canvas.width, canvas.height, movieBitRate(canvas, bitsPerPixel)),
-            .sound = sound ? std::optional(AacSettings{.sampleRate = soundRate}) : std::nullopt};
-}
-
 void throwIfStopped(const std::stop_token& stop) {
     if (stop.stop_requested()) throw ExportCancelled();
 }
@@ -46,7 +43,8 @@ void throwIfStopped(const std::stop_token& stop) {
 Exporter::Failure::Failure(Reason reason) : std::runtime_error(messageOf(reason)), reason_(reason) {}
 
 Exporter Exporter::prepare(const TakeBundle& bundle, const Settings& settings,
-                           const RendererFactory& makeRenderer) {
+                           const RendererFactory& makeRenderer,
+                           const std::optional<HardwareEncoding>& hardware) {
     std::unique_ptr<Renderer> renderer = makeRenderer();
     renderer->loadWallpaper(settings.wallpaper);
     if (settings.cursorStyle != renderer->cursorStyle()) renderer->makeCursorTexture(settings.cursorStyle);
@@ -55,12 +53,16 @@ Exporter Exporter::prepare(const TakeBundle& bundle, const Settings& settings,
     if (composer.captionsVisible) {
         renderer->prewarmCaptions(composer.captions.uniqueTexts(), composer.captionStyle);
     }
-    return Exporter(bundle, settings, std::move(renderer), std::move(composer));
+    return Exporter(bundle, settings, std::move(renderer), std::move(composer), hardware);
 }
 
 Exporter::Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
-                   FrameComposer composer)
-    : bundle_(bundle), settings_(settings), renderer_(std::move(renderer)), composer_(std::move(composer)) {}
+                   FrameComposer composer, const std::optional<HardwareEncoding>& hardware)
+    : bundle_(bundle),
+      settings_(settings),
+      renderer_(std::move(renderer)),
+      composer_(std::move(composer)),
+      hardware_(hardware) {}
 
 Exporter::Run Exporter::begin(double framesPerSecond, std::optional<int> longEdgeLimit) const {
     OutputTimeline timeline(settings_.segments, settings_.speed, framesPerSecond);
@@ -88,11 +90,39 @@ std::int64_t Exporter::drawInto(FrameSink<Picture>& sink, Run& run, const Progre
 
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
                            const std::stop_token& stop) {
+    if (!exportInHardware(destination, progress, stop))
+        writeMovie(destination, &H264Settings::exported, progress, stop);
+}
+
+bool Exporter::exportInHardware(const std::filesystem::path& destination, const Progress& progress,
+                                const std::stop_token& stop) {
+    if (!hardware_) return false;
+    const auto attempt = AttemptMarker::place(hardware_->marker);
+    if (!attempt) {
+        qCInfo(Log::exporting, "The hardware's encoder is left alone: an export with it has not ended (%s)",
+               hardware_->marker.c_str());
+        return false;
+    }
+    try {
+        writeMovie(destination, hardware_->exported, progress, stop);
+        return true;
+    } catch (const EncodingError& error) {
+        qCInfo(Log::exporting, "The hardware's encoder gave up: %s", error.what());
+        return false;
+    }
+}
+
+void Exporter::writeMovie(const std::filesystem::path& destination, Encoding encoding,
+                          const Progress& progress, const std::stop_token& stop) {
     throwIfStopped(stop);
     Run run = begin(MovieSink::framesPerSecond, settings_.outputLongEdge);
     auto mix = makeAudioMix(bundle_, settings_);
     ExportStaging staging(destination);
-    const auto settings = writerSettings(run.canvas, settings_.bitsPerPixel, mix.has_value());
+    const auto bitRate = movieBitRate(run.canvas, settings_.bitsPerPixel);
+    const MovieWriter::Settings settings{
+        .container = MovieWriter::Container::mp4,
+        .video = encoding(run.canvas.width, run.canvas.height, bitRate),
+        .sound = mix ? std::optional(AacSettings{.sampleRate = soundRate}) : std::nullopt};
     MovieSink sink(MovieWriter::create(staging.url(), settings), std::move(mix), stop);
     if (drawInto(sink, run, progress, stop) == 0) throw Failure(Failure::Reason::cantRead);
     sink.finish();

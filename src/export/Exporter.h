@@ -18,6 +18,7 @@
 #include "export/FrameSink.h"
 #include "export/OutputTimeline.h"
 #include "export/TakeMovies.h"
+#include "media/HardwareEncoding.h"
 #include "render/FrameComposer.h"
 #include "render/Renderer.h"
 
@@ -84,13 +85,16 @@ class Exporter {
     /// Gets the finished fraction, 0 to 1, on the thread that runs the export.
     using Progress = std::function<void(double)>;
 
-    /// Main thread.
+    /// Main thread. Without `hardware`, movies are encoded by the processor.
     static Exporter prepare(const TakeBundle& bundle, const Settings& settings,
-                            const RendererFactory& makeRenderer);
+                            const RendererFactory& makeRenderer,
+                            const std::optional<HardwareEncoding>& hardware = std::nullopt);
 
     /// Writes an MP4 at 60 frames a second, with sound where there is any, and returns when it is in place.
     /// Replaces an existing file, and only by a complete one. Throws Failure, ExportCancelled once `stop` is
     /// requested, MediaError or std::system_error with the system's reason; then nothing is left behind.
+    /// When the hardware's encoder gives up, all is done once more by the processor. It isn't tried where it
+    /// took the process down the last time, or is at work for another one.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
 
@@ -106,8 +110,16 @@ class Exporter {
         CanvasSize canvas;
     };
 
+    using Encoding = H264Settings (*)(int width, int height, std::int64_t bitRate);
+
     Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
-             FrameComposer composer);
+             FrameComposer composer, const std::optional<HardwareEncoding>& hardware);
+
+    /// False when the hardware has to be left alone, or gave up.
+    bool exportInHardware(const std::filesystem::path& destination, const Progress& progress,
+                          const std::stop_token& stop);
+    void writeMovie(const std::filesystem::path& destination, Encoding encoding, const Progress& progress,
+                    const std::stop_token& stop);
 
     Run begin(double framesPerSecond, std::optional<int> longEdgeLimit) const;
     /// Returns how many frames the sink got.
@@ -119,6 +131,7 @@ class Exporter {
     Settings settings_;
     std::unique_ptr<Renderer> renderer_;
     FrameComposer composer_;
+    std::optional<HardwareEncoding> hardware_;
 };
 
 }  // namespace tessaloom

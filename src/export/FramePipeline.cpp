@@ -32,6 +32,10 @@ HeldFrameReader* readerOf(std::optional<HeldFrameReader>& movie) {
     return movie ? &*movie : nullptr;
 }
 
+bool viewMoves(const FrameComposer::Frame& before, const FrameComposer::Frame& after) {
+    return before.uniforms.b != after.uniforms.b || before.uniforms.c != after.uniforms.c;
+}
+
 }  // namespace
 
 template <typename Picture>
@@ -42,9 +46,10 @@ FramePipeline<Picture>::FramePipeline(const Parts& parts)
       matte_(readerOf(parts.movies.matte), pictureCount),
       sourceFrames_(frameCount),
       drawnFrames_(frameCount),
-      freePictures_(pictureCount) {
-    for (std::size_t i = 0; i < pictureCount; ++i)
-        freePictures_.push(std::make_unique<Picture>(parts.canvas.width, parts.canvas.height));
+      freeTargets_(pictureCount) {
+    // The encoder has the first one.
+    for (std::size_t i = 1; i < pictureCount; ++i)
+        freeTargets_.push(makeTarget());
 }
 
 template <typename Picture>
@@ -81,11 +86,12 @@ void FramePipeline<Picture>::draw(const std::function<void(double)>& progress, c
         if (stop.stop_requested()) throw ExportCancelled();
         const Changes changes = show(*source);
         auto composed = compose(source->time);
-        DrawnFrame drawn{.index = source->index, .picture = {}};
+        DrawnFrame drawn{.index = source->index, .change = FrameChange::none, .target = {}};
         if (changes.recording || (changes.camera && composed.webcam) || last != composed) {
-            drawn.picture = freePictures_.pop().value_or(nullptr);
-            if (!drawn.picture) return;
-            parts_.renderer.render(composed, shownSources(), *drawn.picture);
+            drawn.change = last && viewMoves(*last, composed) ? FrameChange::view : FrameChange::content;
+            drawn.target = freeTargets_.pop().value_or(nullptr);
+            if (!drawn.target) return;
+            drawInto(*drawn.target, composed);
             last = std::move(composed);
         }
         if (!drawnFrames_.push(std::move(drawn))) return;
@@ -97,14 +103,13 @@ template <typename Picture>
 std::int64_t FramePipeline<Picture>::encode() {
     const AtEnd close([this] {
         drawnFrames_.close();
-        freePictures_.close();
+        freeTargets_.close();
     });
-    auto picture = std::make_unique<Picture>(parts_.canvas.width, parts_.canvas.height);
+    auto target = makeTarget();
     std::int64_t count = 0;
     while (auto drawn = drawnFrames_.pop()) {
-        const bool changed = drawn->picture != nullptr;
-        if (changed) freePictures_.push(std::exchange(picture, std::move(drawn->picture)));
-        parts_.sink.append(drawn->index, *picture, changed);
+        if (drawn->target) freeTargets_.push(std::exchange(target, std::move(drawn->target)));
+        parts_.sink.append(drawn->index, target->picture, drawn->change);
         ++count;
     }
     return count;
@@ -131,13 +136,26 @@ FrameComposer::Frame FramePipeline<Picture>::compose(double time) const {
 }
 
 template <typename Picture>
+void FramePipeline<Picture>::drawInto(Target& target, const FrameComposer::Frame& frame) const {
+    const FrameSources sources = shownSources();
+    parts_.renderer.redraw(frame, sources, target.shown, target.picture);
+    target.shown.frame = frame;
+    target.shown.sources = contentsOf(sources);
+}
+
+template <typename Picture>
+auto FramePipeline<Picture>::makeTarget() const -> std::unique_ptr<Target> {
+    return std::make_unique<Target>(Target{.picture = Picture(parts_.canvas.width, parts_.canvas.height)});
+}
+
+template <typename Picture>
 void FramePipeline<Picture>::closeAll() {
     sourceFrames_.close();
     recording_.close();
     camera_.close();
     matte_.close();
     drawnFrames_.close();
-    freePictures_.close();
+    freeTargets_.close();
 }
 
 template class FramePipeline<YuvImage>;

@@ -18,8 +18,9 @@
 namespace tessaloom {
 
 /// Carries an export's frames from the recording to its file: decoding, drawing and encoding each have a
-/// thread and hand their pictures on through short queues. Buffers come back and are used again, and a frame
-/// that looks like the one before is neither drawn nor converted. `Picture` is what the sink takes: YuvImage
+/// thread and hand their pictures on through short queues. Buffers come back and are used again. A frame that
+/// looks like the one before is neither drawn nor converted, and any other only where it differs from what
+/// its buffer shows. `Picture` is what the sink takes: YuvImage
 /// or BgraImage.
 template <typename Picture>
 class FramePipeline {
@@ -49,10 +50,16 @@ class FramePipeline {
         std::unique_ptr<BgraImage> camera;
         std::unique_ptr<BgraImage> matte;
     };
-    /// One output frame ready to encode; no picture means the one before.
+    /// A picture to draw into, and what it shows already.
+    struct Target {
+        Picture picture;
+        ShownFrame shown{};
+    };
+    /// One output frame ready to encode; no target where nothing changed.
     struct DrawnFrame {
         std::int64_t index = 0;
-        std::unique_ptr<Picture> picture;
+        FrameChange change = FrameChange::none;
+        std::unique_ptr<Target> target;
     };
 
     /// Whether a frame's sources are others than those of the frame before.
@@ -69,6 +76,8 @@ class FramePipeline {
     Changes show(SourceFrame& source);
     FrameSources shownSources() const;
     FrameComposer::Frame compose(double time) const;
+    void drawInto(Target& target, const FrameComposer::Frame& frame) const;
+    std::unique_ptr<Target> makeTarget() const;
     void closeAll();
 
     Parts parts_;
@@ -77,7 +86,7 @@ class FramePipeline {
     SourceTrack matte_;
     BoundedQueue<SourceFrame> sourceFrames_;
     BoundedQueue<DrawnFrame> drawnFrames_;
-    BoundedQueue<std::unique_ptr<Picture>> freePictures_;
+    BoundedQueue<std::unique_ptr<Target>> freeTargets_;
 };
 
 }  // namespace tessaloom

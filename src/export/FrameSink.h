@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "export/FrameChange.h"
+
 namespace tessaloom {
 
 /// Takes an export's drawn frames, in the form that its format is written from. Used by one thread at a time.
@@ -12,8 +14,8 @@ class FrameSink {
     virtual ~FrameSink() = default;
 
     /// `index` counts output frames and ascends; frames from before the recording's first picture are left
-    /// out. `changed` is false where the picture is the one of the call before, and true at the first call.
-    virtual void append(std::int64_t index, const Picture& picture, bool changed) = 0;
+    /// out. At the first call the change is not `none`.
+    virtual void append(std::int64_t index, const Picture& picture, FrameChange change) = 0;
 };
 
 }  // namespace tessaloom

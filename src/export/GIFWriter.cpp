@@ -50,8 +50,8 @@ void GIFWriter::addAgain() {
     writeFrame([&](int delay) { encoder_.addAgain(delay); });
 }
 
-void GIFWriter::append(std::int64_t /*index*/, const BgraImage& picture, bool changed) {
-    if (changed) return add(picture.view());
+void GIFWriter::append(std::int64_t /*index*/, const BgraImage& picture, FrameChange change) {
+    if (change != FrameChange::none) return add(picture.view());
     addAgain();
 }
 

@@ -25,7 +25,7 @@ class GIFWriter final : public FrameSink<BgraImage> {
     void addAgain();
 
     /// Frames come one after another, whatever their index.
-    void append(std::int64_t index, const BgraImage& picture, bool changed) override;
+    void append(std::int64_t index, const BgraImage& picture, FrameChange change) override;
 
     /// Puts the file in its place.
     void finish();

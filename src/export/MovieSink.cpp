@@ -10,10 +10,11 @@ MovieSink::MovieSink(std::unique_ptr<MovieWriter> writer, std::optional<AudioMix
     if (mix) sound_.emplace(std::move(*mix), *writer_);
 }
 
-void MovieSink::append(std::int64_t index, const YuvImage& picture, bool /*changed*/) {
+void MovieSink::append(std::int64_t index, const YuvImage& picture, FrameChange change) {
     const double time = static_cast<double>(index) / framesPerSecond;
     constexpr double duration = 1 / framesPerSecond;
-    writer_->appendVideo(picture, time, duration);
+    writer_->appendVideo(picture, time, duration,
+                         change == FrameChange::view ? PictureMotion::moving : PictureMotion::still);
     if (sound_) sound_->pumpTo(time + duration, stop_);
 }
 

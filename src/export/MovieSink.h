@@ -22,7 +22,7 @@ class MovieSink final : public FrameSink<YuvImage> {
     MovieSink(std::unique_ptr<MovieWriter> writer, std::optional<AudioMix> mix, std::stop_token stop);
 
     /// Throws MediaError, and ExportCancelled once stopped.
-    void append(std::int64_t index, const YuvImage& picture, bool changed) override;
+    void append(std::int64_t index, const YuvImage& picture, FrameChange change) override;
 
     /// Writes the sound that is left and completes the file. Throws like append.
     void finish();

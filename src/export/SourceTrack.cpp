@@ -6,8 +6,8 @@
 namespace tessaloom {
 
 SourceTrack::SourceTrack(HeldFrameReader* reader, std::size_t pictureCount)
-    : reader_(reader), free_(pictureCount + 1) {
-    for (std::size_t i = 0; i < pictureCount; ++i)
+    : reader_(reader), free_(pictureCount) {
+    for (std::size_t i = 1; i < pictureCount; ++i)
         free_.push(std::make_unique<BgraImage>());
 }
 

@@ -16,7 +16,8 @@ namespace tessaloom {
 /// once, and its buffer comes back.
 class SourceTrack {
   public:
-    /// Without a reader it never has a picture. At most `pictureCount` pictures are on the way.
+    /// Without a reader it never has a picture. There are `pictureCount` pictures in all, 2 or more: the one
+    /// that is shown, and those on the way to it.
     SourceTrack(HeldFrameReader* reader, std::size_t pictureCount);
 
     // For the decoding thread.

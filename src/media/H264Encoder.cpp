@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/H264Encoder.h"
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
+#include <algorithm>
 #include <cmath>
 
 #include "media/LibavHandles.h"
@@ -15,6 +20,8 @@ struct H264Encoder::Codec {
 
 namespace {
 
+constexpr int coarsestQuantiser = 51;
+
 LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     AVDictionary* options = nullptr;
     for (const auto& [name, value] : settings.options)
@@ -23,8 +30,8 @@ LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
 }
 
 LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
-    const AVCodec* encoder = avcodec_find_encoder_by_name("libx264");
-    if (encoder == nullptr) throw MediaError("This FFmpeg has no libx264 encoder.");
+    const AVCodec* encoder = avcodec_find_encoder_by_name(settings.encoder.c_str());
+    if (encoder == nullptr) throw EncodingError("This FFmpeg has no " + settings.encoder + " encoder.");
     LibavHandle<AVCodecContext> context(avcodec_alloc_context3(encoder));
     context->width = settings.width;
     context->height = settings.height;
@@ -36,7 +43,7 @@ LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
     AVDictionary* options = dictionary(settings).release();
     const int result = avcodec_open2(context.get(), encoder, &options);
     const LibavHandle<AVDictionary> unused(options);
-    requireLibav(result, "The video encoder can't be opened");
+    requireLibav<EncodingError>(result, "The video encoder can't be opened");
     return context;
 }
 
@@ -51,40 +58,84 @@ void lendPlanes(AVFrame& frame, const YuvImage& image) {
     frame.buf[0] = av_buffer_create(frame.data[0], size, keepPixels, nullptr, AV_BUFFER_FLAG_READONLY);
 }
 
+/// Asks for a quantiser that is `steps` coarser than the rate control's, everywhere in the picture.
+void coarsen(AVFrame& frame, int steps) {
+    AVFrameSideData* data =
+        av_frame_new_side_data(&frame, AV_FRAME_DATA_REGIONS_OF_INTEREST, sizeof(AVRegionOfInterest));
+    if (data == nullptr) return;
+    *reinterpret_cast<AVRegionOfInterest*>(data->data) = {.self_size = sizeof(AVRegionOfInterest),
+                                                          .top = 0,
+                                                          .bottom = frame.height,
+                                                          .left = 0,
+                                                          .right = frame.width,
+                                                          .qoffset = {steps, coarsestQuantiser}};
+}
+
+/// The rate control's quantiser for a packet's picture.
+std::optional<int> quantiserOf(const AVPacket& packet) {
+    std::size_t size = 0;
+    const std::uint8_t* statistics = av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
+    if (statistics == nullptr || size < sizeof(std::uint32_t)) return std::nullopt;
+    return static_cast<int>(AV_RL32(statistics)) / FF_QP2LAMBDA;
+}
+
 }  // namespace
 
 H264Encoder::H264Encoder(const H264Settings& settings)
-    : keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
+    : settings_(settings),
+      keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
       codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})) {}
 
 H264Encoder::~H264Encoder() = default;
 
 void H264Encoder::copyParameters(AVCodecParameters& target) const {
-    requireLibav(avcodec_parameters_from_context(&target, codec_->context.get()),
-                 "The video stream can't be described");
+    requireLibav<EncodingError>(avcodec_parameters_from_context(&target, codec_->context.get()),
+                                "The video stream can't be described");
 }
 
-void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, const PacketSink& sink) {
+void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotion motion,
+                         const PacketSink& sink) {
     AVFrame& frame = *codec_->frame;
     lendPlanes(frame, image);
     frame.format = AV_PIX_FMT_YUV420P;
     frame.width = image.width();
     frame.height = image.height();
     frame.pts = ticks;
-    frame.pict_type = keyFrameIsDue(ticks) ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
+    choosePrediction(frame);
+    if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
     const int result = avcodec_send_frame(codec_->context.get(), &frame);
     av_frame_unref(&frame);
-    requireLibav(result, "A video frame can't be encoded");
+    requireLibav<EncodingError>(result, "A video frame can't be encoded");
     drain(sink);
 }
 
 void H264Encoder::finish(const PacketSink& sink) {
-    requireLibav(avcodec_send_frame(codec_->context.get(), nullptr), "The video can't be completed");
+    requireLibav<EncodingError>(avcodec_send_frame(codec_->context.get(), nullptr),
+                                "The video can't be completed");
     drain(sink);
 }
 
 bool H264Encoder::keyFrameIsDue(std::int64_t ticks) const {
-    return keyFrameTicks_ > 0 && lastKeyFrame_ && ticks - *lastKeyFrame_ >= keyFrameTicks_;
+    return keyFrameTicks_ > 0 && (!lastKeyFrame_ || ticks - *lastKeyFrame_ >= keyFrameTicks_);
+}
+
+void H264Encoder::choosePrediction(AVFrame& frame) {
+    frame.pict_type = settings_.predictsForwardOnly ? AV_PICTURE_TYPE_P : AV_PICTURE_TYPE_NONE;
+    if (!keyFrameIsDue(frame.pts)) return;
+    frame.pict_type = AV_PICTURE_TYPE_I;
+    lastKeyFrame_ = frame.pts;
+}
+
+int H264Encoder::coarsening(PictureMotion motion) const {
+    if (!settings_.finestQuantisers || !wantedQuantiser_) return 0;
+    const auto [still, moving] = *settings_.finestQuantisers;
+    return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
+}
+
+void H264Encoder::learnFrom(const AVPacket& packet) {
+    if ((packet.flags & AV_PKT_FLAG_KEY) != 0)
+        lastKeyFrame_ = std::max(lastKeyFrame_.value_or(packet.pts), packet.pts);
+    if (settings_.finestQuantisers) wantedQuantiser_ = quantiserOf(packet);
 }
 
 void H264Encoder::drain(const PacketSink& sink) {
@@ -92,8 +143,8 @@ void H264Encoder::drain(const PacketSink& sink) {
     for (;;) {
         const int result = avcodec_receive_packet(codec_->context.get(), &packet);
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
-        requireLibav(result, "A video frame can't be encoded");
-        if ((packet.flags & AV_PKT_FLAG_KEY) != 0) lastKeyFrame_ = packet.pts;
+        requireLibav<EncodingError>(result, "A video frame can't be encoded");
+        learnFrom(packet);
         sink(packet);
         av_packet_unref(&packet);
     }

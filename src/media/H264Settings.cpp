@@ -30,12 +30,27 @@ H264Settings H264Settings::exported(int width, int height, std::int64_t bitRate)
     return bt709({.width = width,
                   .height = height,
                   .timescale = 60,
-                  .keyFrameInterval = 0,
+                  .keyFrameInterval = 250.0 / 60,  // the encoder's own
+                  .finestQuantisers = FinestQuantisers{.still = 10, .moving = 26},
+                  .predictsForwardOnly = true,
                   .options = {{"preset", "veryfast"}, {"b", std::to_string(bitRate)}, {"profile", "high"}}});
 }
 
+H264Settings H264Settings::exportedByNvenc(int width, int height, std::int64_t bitRate) {
+    return bt709({.width = width,
+                  .height = height,
+                  .timescale = 60,
+                  .keyFrameInterval = 0,
+                  .encoder = "h264_nvenc",
+                  .options = {{"preset", "p5"},
+                              {"tune", "hq"},
+                              {"rc", "vbr"},
+                              {"b", std::to_string(bitRate)},
+                              {"profile", "high"}}});
+}
+
 std::string H264Settings::commandLine() const {
-    std::string text = "-c:v libx264 -pix_fmt yuv420p";
+    std::string text = "-c:v " + encoder + " -pix_fmt yuv420p";
     for (const auto& [name, value] : options)
         text.append(" -").append(name).append(":v ").append(value);
     return text;

@@ -2,13 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace tessaloom {
 
-/// How video is encoded: the picture's size in pixels (both even) and libx264's options.
+/// The finest quantisers (0 to 51, 0 is lossless, 6 more double the step) that are of any use. Without them
+/// an encoder with an average bit rate spends all of it on pictures that it finds easy, on differences that
+/// nobody can see, and most of its time with that.
+struct FinestQuantisers {
+    int still = 0;
+    int moving = 0;
+};
+
+/// How video is encoded: the picture's size in pixels (both even), the encoder and its options.
 struct H264Settings {
     int width = 0;
     int height = 0;
@@ -16,6 +25,11 @@ struct H264Settings {
     int timescale = 0;
     /// The longest stretch of time without a key frame, in seconds; 0 leaves it to the encoder.
     double keyFrameInterval = 0;
+    /// By libav's name.
+    std::string encoder = "libx264";
+    std::optional<FinestQuantisers> finestQuantisers = std::nullopt;
+    /// Pictures are predicted from earlier ones only, which takes less time than from later ones, too.
+    bool predictsForwardOnly = false;
     /// Encoder options by libav name, applied in order.
     std::vector<std::pair<std::string, std::string>> options;
 
@@ -25,6 +39,9 @@ struct H264Settings {
 
     /// For a finished movie at 60 frames a second and `bitRate` bits a second on average.
     static H264Settings exported(int width, int height, std::int64_t bitRate);
+
+    /// The same by the encoder in a graphics card from NVIDIA.
+    static H264Settings exportedByNvenc(int width, int height, std::int64_t bitRate);
 
     /// The same encoder set-up as arguments of FFmpeg's command line, to compare speeds with.
     std::string commandLine() const;

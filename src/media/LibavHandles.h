@@ -40,9 +40,10 @@ inline void quietLibav() {
     static_cast<void>(quiet);
 }
 
-/// Throws a MediaError reading "`what`: reason." when `code`, a libav return value, is an error.
-inline int requireLibav(int code, const std::string& what) {
-    if (code < 0) throw MediaError(what + ": " + libavReason(code) + ".");
+/// Throws an Error reading "`what`: reason." when `code`, a libav return value, is an error.
+template <typename Error = MediaError>
+int requireLibav(int code, const std::string& what) {
+    if (code < 0) throw Error(what + ": " + libavReason(code) + ".");
     return code;
 }
 

@@ -12,6 +12,12 @@ class MediaError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// The video encoder can't be opened, or gave up.
+class EncodingError : public MediaError {
+  public:
+    using MediaError::MediaError;
+};
+
 /// A movie or sound file that is missing or damaged, or whose encoding is unknown.
 class UnreadableMovie : public MediaError {
   public:

@@ -132,11 +132,12 @@ void MovieWriter::openTracks() {
     }
 }
 
-void MovieWriter::appendVideo(const YuvImage& image, double time, double duration) {
+void MovieWriter::appendVideo(const YuvImage& image, double time, double duration, PictureMotion motion) {
     reachTime(time);
     const double timescale = settings_.video->timescale;
     lastDuration_ = std::llround(duration * timescale);
-    video_->encode(image, std::llround(time * timescale), [this](AVPacket& packet) { writeVideo(packet); });
+    video_->encode(image, std::llround(time * timescale), motion,
+                   [this](AVPacket& packet) { writeVideo(packet); });
 }
 
 void MovieWriter::appendSound(std::span<const float> samples) {

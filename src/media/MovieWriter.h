@@ -9,6 +9,7 @@
 
 #include "media/AacEncoder.h"
 #include "media/H264Encoder.h"
+#include "media/PictureMotion.h"
 #include "media/YuvImage.h"
 
 namespace tessaloom {
@@ -39,7 +40,8 @@ class MovieWriter {
 
     /// Appends a picture of the settings' size. `time` and `duration` are in seconds, times must ascend by at
     /// least a tick. A picture is shown until the next one begins; `duration` counts for the last one only.
-    void appendVideo(const YuvImage& image, double time, double duration);
+    void appendVideo(const YuvImage& image, double time, double duration,
+                     PictureMotion motion = PictureMotion::still);
 
     /// Appends interleaved samples, -1 to 1, behind those before. The first one's time is 0, in which
     /// whatever the encoder puts before it is not counted.

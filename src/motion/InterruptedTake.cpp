@@ -24,6 +24,7 @@ bool wasStopped(const TakeBundle& bundle) {
 void finishInterruptedTake(const TakeBundle& bundle) {
     const auto recovered = recoverJournal(bundle);
     if (!recovered) return;
+    bundle.removeEmptyMedia();
     if (!wasStopped(bundle)) bundle.write(*recovered);
     storeFirstEdit(bundle, bundle.readLog());
     std::filesystem::remove(bundle.file(TakeBundle::journalFile));

@@ -12,10 +12,6 @@ constexpr int bandHeight = 16;
 /// Thinner borders are not drawn.
 constexpr float leastBorder = 0.5F;
 
-Rect grown(const Rect& rect, double margin) {
-    return {rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin};
-}
-
 std::uint16_t toPart(double value) {
     return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, 1.0) * 32768));
 }
@@ -33,6 +29,12 @@ bool sameShape(WebcamUniforms a, const WebcamUniforms& b) {
 
 }  // namespace
 
+Rect bubbleExtent(const WebcamUniforms& uniforms) {
+    const Rect rect = toRect(uniforms.rect);
+    const double margin = uniforms.params.w;
+    return {rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin};
+}
+
 void BubbleMask::prepare(const WebcamUniforms& uniforms, int canvasWidth, int canvasHeight,
                          WorkerPool& pool) {
     if (sameShape(uniforms, bubble_) && canvasWidth == canvasWidth_ && canvasHeight == canvasHeight_) return;
@@ -44,7 +46,7 @@ void BubbleMask::prepare(const WebcamUniforms& uniforms, int canvasWidth, int ca
     isCircle_ = shape < 0.5F;
     const double half = std::min(rect.width, rect.height) * 0.5;
     outline_ = {rect, shape < 1.5F ? half : uniforms.params.y};
-    const Rect quad = grown(rect, uniforms.params.w);
+    const Rect quad = bubbleExtent(uniforms);
     rows_ = pixelsBetween(quad.minY(), quad.maxY(), canvasHeight);
     columns_ = pixelsBetween(quad.minX(), quad.maxX(), canvasWidth);
     list_.clear();

@@ -13,6 +13,9 @@
 
 namespace tessaloom {
 
+/// All that a camera bubble with its shadow may change, in canvas pixels.
+Rect bubbleExtent(const WebcamUniforms& uniforms);
+
 /// What each canvas pixel shows in and around the camera bubble: camera, border ring, shadow. Kept from frame
 /// to frame, since the bubble rarely moves.
 class BubbleMask {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "render/CaptionDrawing.h"
 
+#include <algorithm>
+
 #include "core/CaptionWords.h"
 #include "core/Color.h"
 #include "render/CaptionPlacement.h"
@@ -64,7 +66,21 @@ ChipUniforms wordBox(const PlacedCaption& caption, const Rect& word) {
                                             word.width + 2 * wordChipPadding, word.height + 2 * boxGrowth}));
 }
 
+Rect hull(const Rect& a, const Rect& b) {
+    const double x = std::min(a.x, b.x);
+    const double y = std::min(a.y, b.y);
+    return {x, y, std::max(a.maxX(), b.maxX()) - x, std::max(a.maxY(), b.maxY()) - y};
+}
+
 }  // namespace
+
+Rect extentOf(const CaptionDrawing& drawing) {
+    Rect extent = toRect(drawing.text.rect);
+    if (drawing.plate) extent = hull(extent, toRect(drawing.plate->rect));
+    if (drawing.underline) extent = hull(extent, toRect(drawing.underline->rect));
+    if (drawing.boxedWord) extent = hull(extent, toRect(drawing.boxedWord->chip.rect));
+    return extent;
+}
 
 CaptionDrawing captionDrawing(const CaptionChip& chip, const CaptionLayout& layout, float canvasWidth,
                               float canvasHeight, const std::optional<Rect>& keepOut) {

@@ -36,4 +36,7 @@ struct CaptionDrawing {
 CaptionDrawing captionDrawing(const CaptionChip& chip, const CaptionLayout& layout, float canvasWidth,
                               float canvasHeight, const std::optional<Rect>& keepOut);
 
+/// The smallest rectangle around all its parts, in canvas pixels.
+Rect extentOf(const CaptionDrawing& drawing);
+
 }  // namespace tessaloom

@@ -7,6 +7,9 @@
 namespace tessaloom {
 
 void ColumnTable::prepare(const AxisMapping& mapping, int pictureWidth, PixelSpan columns) {
+    if (mapping == mapping_ && pictureWidth == pictureWidth_ && columns == columns_) return;
+    mapping_ = mapping;
+    pictureWidth_ = pictureWidth;
     columns_ = columns;
     const auto count = static_cast<std::size_t>(columns.length());
     texels_.resize(count);

@@ -13,8 +13,8 @@ namespace tessaloom {
 /// Which two texels each canvas column mixes, and how: computed once per frame, used for each of its rows.
 class ColumnTable {
   public:
-    /// For the canvas pixels `columns`, reading rows of `pictureWidth` (positive) texels. Allocates only to
-    /// grow.
+    /// For the canvas pixels `columns`, reading rows of `pictureWidth` (positive) texels. Does nothing when
+    /// it is for them already, and allocates only to grow.
     void prepare(const AxisMapping& mapping, int pictureWidth, PixelSpan columns);
 
     /// The texels that the canvas pixels `span` (not empty, within the prepared columns) read. One past the
@@ -28,6 +28,8 @@ class ColumnTable {
   private:
     std::size_t slot(int column) const { return static_cast<std::size_t>(column - columns_.first); }
 
+    AxisMapping mapping_;
+    int pictureWidth_ = 0;
     PixelSpan columns_;
     std::vector<std::int32_t> texels_;
     /// Four equal weights per column, one per channel.

@@ -12,17 +12,14 @@ void copyPixels(const std::uint8_t* from, PixelSpan span, std::uint8_t* to) {
     std::memcpy(to + start, from + start, static_cast<std::size_t>(span.length()) * 4);
 }
 
-// Lays the backdrop back over soft pixels by what their coverage leaves; returns the coverage after the last
-// one.
-const std::uint16_t* soften(const std::uint8_t* backdrop, PixelSpan span, const std::uint16_t* coverage,
-                            std::uint8_t* out) {
+// Lays the backdrop back over soft pixels by what their coverage leaves; `coverage` is that of the first.
+void soften(const std::uint8_t* backdrop, PixelSpan span, const std::uint16_t* coverage, std::uint8_t* out) {
     for (int x = span.first; x < span.last; ++x, ++coverage) {
         for (int i = 4 * x; i < 4 * x + 4; ++i) {
             const int behind = backdrop[i];
             out[i] = static_cast<std::uint8_t>(behind + (((out[i] - behind) * *coverage + 16384) >> 15));
         }
     }
-    return coverage;
 }
 
 }  // namespace
@@ -38,15 +35,21 @@ void CompositeStage::prepare(const CompositeUniforms& uniforms, const Backdrop::
                        {content.y, content.height, uniforms.b.w, uniforms.c.y}, {0, width_});
 }
 
-void CompositeStage::drawRow(int y, RowScratch& scratch, std::uint8_t* out) const {
+void CompositeStage::drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const {
     const ContentMask::Row& row = mask_.row(y);
     const std::uint8_t* backdrop = backdrop_.row(y);
-    copyPixels(backdrop, {0, row.touched.first}, out);
-    copyPixels(backdrop, {row.touched.last, width_}, out);
-    recording_.readRow(y, row.touched, scratch, out + static_cast<std::ptrdiff_t>(row.touched.first) * 4);
+    copyPixels(backdrop, intersection(columns, {0, row.touched.first}), canvasRow);
+    copyPixels(backdrop, intersection(columns, {row.touched.last, width_}), canvasRow);
+    const PixelSpan content = intersection(columns, row.touched);
+    if (content.empty()) return;
+    recording_.readRow(y, content, scratch, canvasRow + static_cast<std::ptrdiff_t>(content.first) * 4);
     const std::uint16_t* coverage = mask_.softCoverage(row);
-    coverage = soften(backdrop, {row.touched.first, row.covered.first}, coverage, out);
-    soften(backdrop, {row.covered.last, row.touched.last}, coverage, out);
+    const PixelSpan left = intersection(columns, {row.touched.first, row.covered.first});
+    if (!left.empty()) soften(backdrop, left, coverage + (left.first - row.touched.first), canvasRow);
+    const PixelSpan right = intersection(columns, {row.covered.last, row.touched.last});
+    if (!right.empty())
+        soften(backdrop, right, coverage + (right.first - row.touched.first - row.covered.length()),
+               canvasRow);
 }
 
 }  // namespace tessaloom

@@ -18,8 +18,9 @@ class CompositeStage {
     void prepare(const CompositeUniforms& uniforms, const Backdrop::Pictures& pictures, WorkerPool& pool,
                  std::span<RowScratch> scratch);
 
-    /// Draws canvas row `y` to `out`. Several threads may draw at once, each with its own scratch.
-    void drawRow(int y, RowScratch& scratch, std::uint8_t* out) const;
+    /// Draws the pixels `columns` of canvas row `y`, which starts at `canvasRow`. Several threads may draw at
+    /// once, each with its own scratch.
+    void drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const;
 
   private:
     int width_ = 0;

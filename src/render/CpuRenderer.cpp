@@ -8,16 +8,12 @@
 #include <utility>
 
 #include "media/ColorConversion.h"
-#include "render/CaptionDrawing.h"
 #include "render/KeystrokeDrawing.h"
 #include "render/PictureFile.h"
 #include "render/RippleStage.h"
 
 namespace tessaloom {
 namespace {
-
-/// Even, as a YUV picture needs it.
-constexpr int bandHeight = 16;
 
 BgraImage blackPixel() {
     BgraImage pixel(1, 1);
@@ -38,28 +34,71 @@ CpuRenderer::CpuRenderer(int threads, std::vector<std::string> themes)
       bands_(static_cast<std::size_t>(pool_.participants())) {}
 
 void CpuRenderer::render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) {
-    prepare(frame, sources, {target.width(), target.height()});
-    const auto drawBand = [&](int first, int last, int participant) {
-        RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
-        for (int y = first; y < last; ++y)
-            drawRow(frame, y, scratch, target.row(y));
-    };
-    pool_.forEachBand(target.height(), bandHeight, std::cref(drawBand));
+    area_.clear(target.width(), target.height());
+    area_.addAll();
+    draw(frame, sources, target);
 }
 
 void CpuRenderer::render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) {
+    area_.clear(target.width(), target.height());
+    area_.addAll();
+    draw(frame, sources, target);
+}
+
+void CpuRenderer::redraw(const FrameComposer::Frame& frame, const FrameSources& sources,
+                         const ShownFrame& shown, BgraImage& target) {
+    findChanges(frame, sources, shown, {target.width(), target.height()});
+    if (!area_.empty()) draw(frame, sources, target);
+}
+
+void CpuRenderer::redraw(const FrameComposer::Frame& frame, const FrameSources& sources,
+                         const ShownFrame& shown, YuvImage& target) {
+    findChanges(frame, sources, shown, {target.width(), target.height()});
+    if (!area_.empty()) draw(frame, sources, target);
+}
+
+void CpuRenderer::findChanges(const FrameComposer::Frame& frame, const FrameSources& sources,
+                              const ShownFrame& shown, CanvasExtent canvas) {
+    area_.clear(canvas.width, canvas.height);
+    addChanges(lookOf(shown.frame, shown.sources, canvas), lookOf(frame, contentsOf(sources), canvas), area_);
+}
+
+FrameLook CpuRenderer::lookOf(const FrameComposer::Frame& frame, const SourceContents& sources,
+                              CanvasExtent canvas) {
+    FrameLook look{frame, sources, std::nullopt, std::nullopt};
+    if (const auto placed = placedKeystroke(frame, canvas)) look.keystroke = toRect(placed->chip.rect);
+    if (const auto placed = placedCaption(frame, canvas)) look.caption = extentOf(placed->drawing);
+    return look;
+}
+
+void CpuRenderer::draw(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) {
+    prepare(frame, sources, {target.width(), target.height()});
+    const auto drawBand = [&](int first, int last, int participant) {
+        const PixelSpan columns = area_.columns(first);
+        if (columns.empty()) return;
+        RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
+        for (int y = first; y < last; ++y)
+            drawRow(frame, y, columns, scratch, target.row(y));
+    };
+    pool_.forEachBand(target.height(), ChangedArea::bandHeight, std::cref(drawBand));
+}
+
+void CpuRenderer::draw(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) {
     prepare(frame, sources, {target.width(), target.height()});
     for (BgraImage& band : bands_) {
-        if (band.width() != target.width()) band = BgraImage(target.width(), bandHeight);
+        if (band.width() != target.width()) band = BgraImage(target.width(), ChangedArea::bandHeight);
     }
     const auto drawBand = [&](int first, int last, int participant) {
+        const PixelSpan columns = area_.columns(first);
+        if (columns.empty()) return;
         RowScratch& scratch = scratch_[static_cast<std::size_t>(participant)];
         BgraImage& band = bands_[static_cast<std::size_t>(participant)];
         for (int y = first; y < last; ++y)
-            drawRow(frame, y, scratch, band.row(y - first));
-        bgraToYuv({band.row(0), band.width(), last - first, band.stride()}, target, 0, first);
+            drawRow(frame, y, columns, scratch, band.row(y - first));
+        const std::uint8_t* corner = band.row(0) + static_cast<std::ptrdiff_t>(columns.first) * 4;
+        bgraToYuv({corner, columns.length(), last - first, band.stride()}, target, columns.first, first);
     };
-    pool_.forEachBand(target.height(), bandHeight, std::cref(drawBand));
+    pool_.forEachBand(target.height(), ChangedArea::bandHeight, std::cref(drawBand));
 }
 
 void CpuRenderer::prepare(const FrameComposer::Frame& frame, const FrameSources& sources,
@@ -67,22 +106,22 @@ void CpuRenderer::prepare(const FrameComposer::Frame& frame, const FrameSources&
     prepareComposite(frame.uniforms, sources.recording);
     prepareCursor(frame.cursor, canvas);
     prepareWebcam(frame.webcam, sources, canvas);
-    prepareKeystroke(frame.keystroke, canvas);
+    prepareKeystroke(frame, canvas);
     prepareCaption(frame, canvas);
 }
 
-void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch,
+void CpuRenderer::drawRow(const FrameComposer::Frame& frame, int y, PixelSpan columns, RowScratch& scratch,
                           std::uint8_t* row) const {
-    composite_.drawRow(y, scratch, row);
+    composite_.drawRow(y, columns, scratch, row);
     for (const RippleUniforms& ripple : frame.ripples)
-        drawRippleRow(ripple, y, static_cast<int>(frame.uniforms.a.x), row);
-    cursorStage_.drawRow(y, scratch, row);
-    webcam_.drawRow(y, scratch, row);
-    keystrokeStage_.drawRow(y, scratch, row);
-    captionPlate_.drawRow(y, row);
-    captionUnderline_.drawRow(y, row);
-    captionText_.drawRow(y, scratch, row);
-    captionWord_.drawRow(y, scratch, row);
+        drawRippleRow(ripple, y, columns, static_cast<int>(frame.uniforms.a.x), row);
+    cursorStage_.drawRow(y, columns, scratch, row);
+    webcam_.drawRow(y, columns, scratch, row);
+    keystrokeStage_.drawRow(y, columns, scratch, row);
+    captionPlate_.drawRow(y, columns, row);
+    captionUnderline_.drawRow(y, columns, row);
+    captionText_.drawRow(y, columns, scratch, row);
+    captionWord_.drawRow(y, columns, scratch, row);
 }
 
 void CpuRenderer::prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording) {
@@ -109,15 +148,32 @@ void CpuRenderer::prepareWebcam(const std::optional<WebcamUniforms>& webcam, con
     webcam_.prepare(*webcam, sources.camera, sources.matte, canvas.width, canvas.height, pool_);
 }
 
-void CpuRenderer::prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas) {
-    keystrokeStage_.clear();
-    if (!chip || chip->alpha <= leastChipAlpha) return;
+std::optional<CpuRenderer::PlacedKeystroke> CpuRenderer::placedKeystroke(const FrameComposer::Frame& frame,
+                                                                         CanvasExtent canvas) {
+    const auto& chip = frame.keystroke;
+    if (!chip || chip->alpha <= leastChipAlpha) return std::nullopt;
     const auto* raster = texts_.keystroke(chip->text);
-    if (raster == nullptr) return;
-    prepareChip(keystrokeStage_, raster->picture,
-                keystrokeDrawing(*chip, raster->pixels, static_cast<float>(canvas.width),
-                                 static_cast<float>(canvas.height)),
-                canvas);
+    if (raster == nullptr) return std::nullopt;
+    return PlacedKeystroke{raster->picture,
+                           keystrokeDrawing(*chip, raster->pixels, static_cast<float>(canvas.width),
+                                            static_cast<float>(canvas.height))};
+}
+
+void CpuRenderer::prepareKeystroke(const FrameComposer::Frame& frame, CanvasExtent canvas) {
+    keystrokeStage_.clear();
+    if (const auto placed = placedKeystroke(frame, canvas))
+        prepareChip(keystrokeStage_, placed->picture, placed->chip, canvas);
+}
+
+std::optional<CpuRenderer::PlacedCaption> CpuRenderer::placedCaption(const FrameComposer::Frame& frame,
+                                                                     CanvasExtent canvas) {
+    if (!frame.caption || frame.caption->alpha <= leastChipAlpha) return std::nullopt;
+    const CaptionChip& chip = *frame.caption;
+    const auto* line = texts_.captionLine(chip.text, chip.colorHex, chip.uppercase);
+    if (line == nullptr) return std::nullopt;
+    return PlacedCaption{line->picture,
+                         captionDrawing(chip, line->layout, static_cast<float>(canvas.width),
+                                        static_cast<float>(canvas.height), frame.webcamKeepOut)};
 }
 
 void CpuRenderer::prepareCaption(const FrameComposer::Frame& frame, CanvasExtent canvas) {
@@ -125,17 +181,15 @@ void CpuRenderer::prepareCaption(const FrameComposer::Frame& frame, CanvasExtent
     captionUnderline_.clear();
     captionText_.clear();
     captionWord_.clear();
-    if (!frame.caption || frame.caption->alpha <= leastChipAlpha) return;
-    const CaptionChip& chip = *frame.caption;
-    const auto* line = texts_.captionLine(chip.text, chip.colorHex, chip.uppercase);
-    if (line == nullptr) return;
-    const CaptionDrawing drawing = captionDrawing(chip, line->layout, static_cast<float>(canvas.width),
-                                                  static_cast<float>(canvas.height), frame.webcamKeepOut);
+    const auto placed = placedCaption(frame, canvas);
+    if (!placed) return;
+    const CaptionDrawing& drawing = placed->drawing;
     prepareRoundedRect(captionPlate_, drawing.plate, canvas);
     prepareRoundedRect(captionUnderline_, drawing.underline, canvas);
-    prepareChip(captionText_, line->picture, drawing.text, canvas);
+    prepareChip(captionText_, placed->line, drawing.text, canvas);
     if (!drawing.boxedWord) return;
-    const auto* word = texts_.wordChip(drawing.boxedWord->word, chip.highlightHex, chip.uppercase);
+    const auto* word =
+        texts_.wordChip(drawing.boxedWord->word, frame.caption->highlightHex, frame.caption->uppercase);
     if (word != nullptr) prepareChip(captionWord_, word->picture, drawing.boxedWord->chip, canvas);
 }
 

@@ -5,8 +5,11 @@
 #include <vector>
 
 #include "base/WorkerPool.h"
+#include "render/CaptionDrawing.h"
+#include "render/ChangedArea.h"
 #include "render/CompositeStage.h"
 #include "render/CursorImage.h"
+#include "render/FrameChanges.h"
 #include "render/PictureLevels.h"
 #include "render/PictureStage.h"
 #include "render/Renderer.h"
@@ -26,6 +29,10 @@ class CpuRenderer final : public Renderer {
 
     void render(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target) override;
     void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) override;
+    void redraw(const FrameComposer::Frame& frame, const FrameSources& sources, const ShownFrame& shown,
+                BgraImage& target) override;
+    void redraw(const FrameComposer::Frame& frame, const FrameSources& sources, const ShownFrame& shown,
+                YuvImage& target) override;
 
     void makeCursorTexture(CursorStyle style) override;
     CursorStyle cursorStyle() const override { return cursorStyle_; }
@@ -48,11 +55,30 @@ class CpuRenderer final : public Renderer {
         int height = 0;
     };
 
+    struct PlacedKeystroke {
+        const PictureLevels& picture;
+        ChipUniforms chip;
+    };
+    struct PlacedCaption {
+        const PictureLevels& line;
+        CaptionDrawing drawing;
+    };
+
     Cursor makeCursor(CursorStyle style) const;
+    /// Sets `area_` to what redrawing has to draw.
+    void findChanges(const FrameComposer::Frame& frame, const FrameSources& sources, const ShownFrame& shown,
+                     CanvasExtent canvas);
+    FrameLook lookOf(const FrameComposer::Frame& frame, const SourceContents& sources, CanvasExtent canvas);
+    // Nothing where the frame shows none.
+    std::optional<PlacedKeystroke> placedKeystroke(const FrameComposer::Frame& frame, CanvasExtent canvas);
+    std::optional<PlacedCaption> placedCaption(const FrameComposer::Frame& frame, CanvasExtent canvas);
+    /// Draws `area_`.
+    void draw(const FrameComposer::Frame& frame, const FrameSources& sources, BgraImage& target);
+    void draw(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target);
     void prepare(const FrameComposer::Frame& frame, const FrameSources& sources, CanvasExtent canvas);
     void prepareComposite(const CompositeUniforms& uniforms, const SourcePicture& recording);
     void prepareCursor(const std::optional<CursorUniforms>& cursor, CanvasExtent canvas);
-    void prepareKeystroke(const std::optional<KeystrokeChip>& chip, CanvasExtent canvas);
+    void prepareKeystroke(const FrameComposer::Frame& frame, CanvasExtent canvas);
     void prepareWebcam(const std::optional<WebcamUniforms>& webcam, const FrameSources& sources,
                        CanvasExtent canvas);
     void prepareCaption(const FrameComposer::Frame& frame, CanvasExtent canvas);
@@ -63,7 +89,8 @@ class CpuRenderer final : public Renderer {
     void prepareOverlay(PictureStage& stage, BgraView picture, const PictureStage::Placement& placement,
                         CanvasExtent canvas);
     void growScratch(int pictureWidth, int canvasWidth);
-    void drawRow(const FrameComposer::Frame& frame, int y, RowScratch& scratch, std::uint8_t* row) const;
+    void drawRow(const FrameComposer::Frame& frame, int y, PixelSpan columns, RowScratch& scratch,
+                 std::uint8_t* row) const;
 
     std::vector<std::string> themes_;
     CursorStyle cursorStyle_ = CursorStyle::system;
@@ -83,6 +110,7 @@ class CpuRenderer final : public Renderer {
     RoundedRectStage captionUnderline_;
     PictureStage captionText_;
     PictureStage captionWord_;
+    ChangedArea area_;
     WorkerPool pool_;
     std::vector<RowScratch> scratch_;
     /// One per participant: a band on its way into a YUV picture.

@@ -10,14 +10,6 @@
 namespace tessaloom {
 namespace {
 
-// A zoom's filter comes to rest a few last bits beside the whole frame; a pointer at the recording's very
-// edge must not be lost over that.
-constexpr double edgeSlack = 1e-9;
-
-bool isShown(double place) {
-    return place >= -edgeSlack && place <= 1 + edgeSlack;
-}
-
 // Everything about one moment that several parts of the frame need.
 struct Moment {
     double time = 0;
@@ -35,7 +27,7 @@ struct Moment {
         if (!(shown.width > 0 && shown.height > 0)) return std::nullopt;
         const double x = (point.x - shown.x) / shown.width;
         const double y = (point.y - shown.y) / shown.height;
-        if (!isShown(x) || !isShown(y)) return std::nullopt;
+        if (!(x >= 0 && x <= 1 && y >= 0 && y <= 1)) return std::nullopt;
         return Point{content.rect.x + content.rect.width * x, content.rect.y + content.rect.height * y};
     }
 };

@@ -37,7 +37,8 @@ class DisplaylessVulkan : public QBasicPlatformVulkanInstance {
 std::unique_ptr<QVulkanInstance> makeVulkanInstance() {
     auto instance = std::make_unique<QVulkanInstance>();
     instance->setApiVersion({1, 1});
-    QVulkanInstancePrivate::get(instance.get())->platformInst.reset(new DisplaylessVulkan(instance.get()));
+    QVulkanInstancePrivate::get(instance.get())
+        ->platformInst.reset(std::make_unique<DisplaylessVulkan>(instance.get()).release());
     if (!instance->create()) return nullptr;
     return instance;
 }

@@ -20,7 +20,7 @@ constexpr int bandHeight = 16;
 
 // Red first to blue first, opaque.
 void swapRedAndBlue(const std::uint8_t* rgba, std::uint8_t* bgra, int pixels) {
-    for (int i = 0; i < pixels; ++i) {
+    for (std::ptrdiff_t i = 0; i < pixels; ++i) {
         std::uint32_t pixel = 0;
         std::memcpy(&pixel, rgba + 4 * i, sizeof pixel);
         pixel = 0xFF000000U | ((pixel & 0xFFU) << 16) | (pixel & 0xFF00U) | ((pixel >> 16) & 0xFFU);

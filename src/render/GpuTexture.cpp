@@ -12,7 +12,7 @@ const char* bytesOf(BgraView picture) {
 
 // Up to the last pixel: the last row need not be padded.
 qsizetype byteCount(BgraView picture) {
-    return picture.stride * (picture.height - 1) + picture.width * 4;
+    return picture.stride * (picture.height - 1) + qsizetype{4} * picture.width;
 }
 
 }  // namespace

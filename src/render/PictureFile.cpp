@@ -6,15 +6,32 @@
 #include <cstring>
 
 namespace tessaloom {
+namespace {
+
+/// More than any screen has, few enough to be held in memory.
+constexpr int largestMebiPixels = 64;
+constexpr int bytesPerPixel = 4;
+
+/// Drawings come without a size in which drawing them ends in reasonable time.
+bool isDrawing(const QImageReader& reader) {
+    return reader.format().startsWith("svg");
+}
+
+}  // namespace
 
 std::optional<BgraImage> readPictureFile(const std::filesystem::path& file) {
     QImageReader reader(QString::fromStdString(file.string()));
     reader.setAutoTransform(true);
-    const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (isDrawing(reader)) return std::nullopt;
+    // Qt's own is below the size of an 8K screen.
+    QImageReader::setAllocationLimit(largestMebiPixels * bytesPerPixel);
+    QImage image = reader.read();
     if (image.isNull()) return std::nullopt;
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
     BgraImage picture(image.width(), image.height());
     for (int y = 0; y < picture.height(); ++y) {
-        std::memcpy(picture.row(y), image.constScanLine(y), static_cast<std::size_t>(picture.width()) * 4);
+        std::memcpy(picture.row(y), image.constScanLine(y),
+                    static_cast<std::size_t>(picture.width()) * bytesPerPixel);
     }
     return picture;
 }

@@ -8,7 +8,8 @@
 
 namespace tessaloom {
 
-/// Reads an image file (any format Qt reads), turned upright, premultiplied. Nothing when it can't be read.
+/// Reads an image file (any format of pixels that Qt reads), turned upright, premultiplied. Nothing when it
+/// can't be read or has more than 64 Mi pixels.
 std::optional<BgraImage> readPictureFile(const std::filesystem::path& file);
 
 }  // namespace tessaloom

@@ -23,9 +23,10 @@ void PictureStage::prepare(BgraView picture, const Placement& placement, int can
     reader_.prepare(picture, {rect.x, rect.width, 0, 1}, {rect.y, rect.height, 0, 1}, columns_);
 }
 
-void PictureStage::drawRow(int y, RowScratch& scratch, std::uint8_t* canvasRow) const {
+void PictureStage::drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const {
     if (!rows_.contains(y)) return;
-    const PixelSpan visible = clip_ ? intersection(columns_, clip_->rowSpan(y, 0, canvasWidth_)) : columns_;
+    PixelSpan visible = intersection(columns, columns_);
+    if (clip_ && !visible.empty()) visible = intersection(visible, clip_->rowSpan(y, 0, canvasWidth_));
     if (visible.empty()) return;
     reader_.readRow(y, visible, scratch, scratch.canvas.data());
     // For the cursor, whose stage divides by alpha and blends straight, this is the same colour.

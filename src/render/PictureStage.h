@@ -26,9 +26,9 @@ class PictureStage {
     /// Draws nothing until the next `prepare`.
     void clear() { rows_ = {}; }
 
-    /// Draws over canvas row `y`. Several threads may draw at once, each with its own scratch, grown to
-    /// canvas and picture.
-    void drawRow(int y, RowScratch& scratch, std::uint8_t* canvasRow) const;
+    /// Draws over the pixels `columns` of canvas row `y`. Several threads may draw at once, each with its own
+    /// scratch, grown to canvas and picture.
+    void drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const;
 
   private:
     int canvasWidth_ = 0;

@@ -34,6 +34,22 @@ struct FrameSources {
     SourcePicture matte{};
 };
 
+/// Which pictures a frame was made from: their identities, or nothing where there is no picture.
+struct SourceContents {
+    std::optional<std::uint64_t> recording;
+    std::optional<std::uint64_t> camera;
+    std::optional<std::uint64_t> matte;
+};
+
+SourceContents contentsOf(const FrameSources& sources);
+
+/// What a target shows, so that another frame can be drawn over it where it differs. A default one says that
+/// nothing is known.
+struct ShownFrame {
+    FrameComposer::Frame frame;
+    SourceContents sources;
+};
+
 /// Key labels and captions fainter than this are not drawn.
 constexpr float leastChipAlpha = 0.001F;
 
@@ -50,6 +66,14 @@ class Renderer {
 
     /// The same picture, converted as `bgraToYuv` does.
     virtual void render(const FrameComposer::Frame& frame, const FrameSources& sources, YuvImage& target) = 0;
+
+    /// The same as `render`, for a target of which `shown` tells what `render` or `redraw` left there last;
+    /// may leave pixels alone that stay the same. Between the two calls neither wallpaper nor cursor image
+    /// were replaced, and both frames' composer lives unchanged.
+    virtual void redraw(const FrameComposer::Frame& frame, const FrameSources& sources,
+                        const ShownFrame& shown, BgraImage& target);
+    virtual void redraw(const FrameComposer::Frame& frame, const FrameSources& sources,
+                        const ShownFrame& shown, YuvImage& target);
 
     /// Replaces the cursor image. Starts as `CursorStyle::system`.
     virtual void makeCursorTexture(CursorStyle style) = 0;

@@ -29,15 +29,17 @@ void blend(const std::array<double, 3>& color, double alpha, std::uint8_t* pixel
 
 }  // namespace
 
-void drawRippleRow(const RippleUniforms& ripple, int y, int canvasWidth, std::uint8_t* canvasRow) {
+void drawRippleRow(const RippleUniforms& ripple, int y, PixelSpan columns, int canvasWidth,
+                   std::uint8_t* canvasRow) {
     const Rect quad = toRect(ripple.rect);
     if (y + 0.5 < quad.minY() || y + 0.5 >= quad.maxY()) return;
+    PixelSpan drawn = intersection(columns, pixelsBetween(quad.minX(), quad.maxX(), canvasWidth));
+    if (drawn.empty()) return;
     const RoundedBox clip{toRect(ripple.content), ripple.meta.z};
-    const PixelSpan columns =
-        intersection(pixelsBetween(quad.minX(), quad.maxX(), canvasWidth), clip.rowSpan(y, 0, canvasWidth));
+    drawn = intersection(drawn, clip.rowSpan(y, 0, canvasWidth));
     const std::array<double, 3> color{ripple.color.z, ripple.color.y, ripple.color.x};
     const double dy = ((y + 0.5 - quad.y) / quad.height - 0.5) * 2;
-    for (int x = columns.first; x < columns.last; ++x) {
+    for (int x = drawn.first; x < drawn.last; ++x) {
         const double dx = ((x + 0.5 - quad.x) / quad.width - 0.5) * 2;
         const double d = std::sqrt(dx * dx + dy * dy);
         if (std::abs(d - ripple.params.x) >= ringThickness) continue;

@@ -31,11 +31,13 @@ void RoundedRectStage::prepare(const RoundedRectUniforms& uniforms, int canvasWi
     if (columns_.empty() || opacity_ == 0) clear();
 }
 
-void RoundedRectStage::drawRow(int y, std::uint8_t* canvasRow) const {
+void RoundedRectStage::drawRow(int y, PixelSpan columns, std::uint8_t* canvasRow) const {
     if (!rows_.contains(y)) return;
-    const PixelSpan touched = intersection(columns_, outline_.rowSpan(y, 1, canvasWidth_));
+    const PixelSpan drawn = intersection(columns, columns_);
+    if (drawn.empty()) return;
+    const PixelSpan touched = intersection(drawn, outline_.rowSpan(y, 1, canvasWidth_));
     if (touched.empty()) return;
-    PixelSpan full = intersection(columns_, outline_.rowSpan(y, -1, canvasWidth_));
+    PixelSpan full = intersection(drawn, outline_.rowSpan(y, -1, canvasWidth_));
     if (full.empty()) full = {touched.last, touched.last};
     drawEdge(y, {touched.first, full.first}, canvasRow);
     PixelKernels::mixColor(color_.data(), toWeight(opacity_),

@@ -18,8 +18,8 @@ class RoundedRectStage {
     /// Draws nothing until the next `prepare`.
     void clear() { rows_ = {}; }
 
-    /// Draws over canvas row `y`. Callable from any thread.
-    void drawRow(int y, std::uint8_t* canvasRow) const;
+    /// Draws over the pixels `columns` of canvas row `y`. Callable from any thread.
+    void drawRow(int y, PixelSpan columns, std::uint8_t* canvasRow) const;
 
   private:
     void drawEdge(int y, PixelSpan span, std::uint8_t* canvasRow) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "render/TextShadow.h"
 
+#include <cmath>
 #include <vector>
 
 #include "render/GaussianBlur.h"
@@ -18,7 +19,7 @@ constexpr double drop = 2;
 void layUnder(const std::uint8_t* shadow, std::uint8_t* row, int pixels) {
     for (int alpha = 3; alpha < pixels * 4; alpha += 4) {
         const double below = shadow[alpha] * opacity * (255 - row[alpha]) / 255;
-        row[alpha] = static_cast<std::uint8_t>(row[alpha] + static_cast<int>(below + 0.5));
+        row[alpha] = static_cast<std::uint8_t>(row[alpha] + std::lround(below));
     }
 }
 

@@ -57,24 +57,34 @@ void WebcamStage::prepareBlur(double amount, const SourcePicture& camera, Worker
     blurredIdentity_ = camera.identity;
 }
 
-void WebcamStage::drawRow(int y, RowScratch& scratch, std::uint8_t* canvasRow) const {
+void WebcamStage::drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const {
     if (!draws_ || !mask_.rows().contains(y)) return;
     const BubbleMask::Row& row = mask_.row(y);
-    if (row.touched.empty()) return;
-    const std::uint8_t* camera = cameraRow(y, row.touched, scratch);
-    const auto before = static_cast<std::ptrdiff_t>(row.inner.first - row.touched.first);
-    const auto after = static_cast<std::ptrdiff_t>(row.inner.last - row.touched.first);
+    const PixelSpan touched = intersection(columns, row.touched);
+    if (touched.empty()) return;
+    const std::uint8_t* camera = cameraRow(y, touched, scratch);
+    const auto cameraAt = [&](PixelSpan span) {
+        return camera + static_cast<std::ptrdiff_t>(span.first - touched.first) * 4;
+    };
     const BubbleMask::Mix* mixes = mask_.mixes(row);
-    mixEdge({row.touched.first, row.inner.first}, mixes, camera, canvasRow);
-    std::uint8_t* inner = canvasRow + static_cast<std::ptrdiff_t>(row.inner.first) * 4;
-    const std::size_t innerBytes = static_cast<std::size_t>(row.inner.length()) * 4;
+    const PixelSpan left = intersection(touched, {row.touched.first, row.inner.first});
+    if (!left.empty()) mixEdge(left, mixes + (left.first - row.touched.first), cameraAt(left), canvasRow);
+    const PixelSpan inner = intersection(touched, row.inner);
+    if (!inner.empty()) drawInner(inner, cameraAt(inner), canvasRow);
+    const PixelSpan right = intersection(touched, {row.inner.last, row.touched.last});
+    if (right.empty()) return;
+    mixEdge(right, mixes + (right.first - row.touched.first - row.inner.length()), cameraAt(right),
+            canvasRow);
+}
+
+void WebcamStage::drawInner(PixelSpan span, const std::uint8_t* camera, std::uint8_t* canvasRow) const {
+    std::uint8_t* inner = canvasRow + static_cast<std::ptrdiff_t>(span.first) * 4;
+    const std::size_t bytes = static_cast<std::size_t>(span.length()) * 4;
     if (opacity_ == wholePart) {
-        std::copy_n(camera + before * 4, innerBytes, inner);
+        std::copy_n(camera, bytes, inner);
     } else {
-        PixelKernels::mixRows(inner, camera + before * 4, static_cast<std::int16_t>(opacity_), inner,
-                              innerBytes);
+        PixelKernels::mixRows(inner, camera, static_cast<std::int16_t>(opacity_), inner, bytes);
     }
-    mixEdge({row.inner.last, row.touched.last}, mixes + before, camera + after * 4, canvasRow);
 }
 
 const std::uint8_t* WebcamStage::cameraRow(int y, PixelSpan span, RowScratch& scratch) const {

@@ -25,13 +25,15 @@ class WebcamStage {
     /// Draws nothing until the next `prepare`.
     void clear() { draws_ = false; }
 
-    /// Draws over canvas row `y`. Several threads may draw at once, each with its own scratch, grown to the
-    /// canvas and to all pictures.
-    void drawRow(int y, RowScratch& scratch, std::uint8_t* canvasRow) const;
+    /// Draws over the pixels `columns` of canvas row `y`. Several threads may draw at once, each with its own
+    /// scratch, grown to the canvas and to all pictures.
+    void drawRow(int y, PixelSpan columns, RowScratch& scratch, std::uint8_t* canvasRow) const;
 
   private:
     void prepareBlur(double amount, const SourcePicture& camera, WorkerPool& pool);
     const std::uint8_t* cameraRow(int y, PixelSpan span, RowScratch& scratch) const;
+    // Of a row whose camera pixels begin with the first of `span`.
+    void drawInner(PixelSpan span, const std::uint8_t* camera, std::uint8_t* canvasRow) const;
     void mixEdge(PixelSpan span, const BubbleMask::Mix* mixes, const std::uint8_t* camera,
                  std::uint8_t* canvasRow) const;
 

@@ -4,9 +4,11 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "capture/CapturePlatform.h"
 #include "capture/RecordingDevices.h"
+#include "media/HardwareEncoding.h"
 #include "render/Renderer.h"
 #include "shell/CommandError.h"
 
@@ -17,6 +19,7 @@ struct CommandServices {
     CapturePlatform& capture;
     RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
+    std::optional<HardwareEncoding> hardwareEncoding;
 };
 
 /// Runs one command of the command line (without the program's name). Results go to stdout, everything else

@@ -33,12 +33,12 @@ void CommandPresenter::restoreDesktopIcons() {
 
 // Nobody may be there to answer, and a recording with less in it is better than none.
 QCoro::Task<bool> CommandPresenter::confirmWithoutMicrophone(std::string reason) {
-    std::cerr << "This recording will have no microphone audio. " << reason << '\n';
+    std::cerr << "Recording without the microphone: " << reason << '\n';
     co_return true;
 }
 
 QCoro::Task<> CommandPresenter::tellWithoutCamera(std::string reason) {
-    std::cerr << "Recording without the camera. " << reason << '\n';
+    std::cerr << "Recording without the camera: " << reason << '\n';
     co_return;
 }
 

@@ -42,7 +42,7 @@ class RecordRun {
         : arguments_(arguments),
           interrupts_([this] { interrupt(); }),
           windows_(windowsIfVisible(platform)),
-          controller_(platform, devices, presenter_) {
+          controller_(platform, devices, presenter_, permissions_) {
         end_.start();
         QObject::connect(&controller_, &RecordingController::sourceEnded, &controller_,
                          [this](const QString& reason) {
@@ -155,6 +155,8 @@ class RecordRun {
     ProgressLine line_{"Recording"};
     std::unique_ptr<RecordingWindows> windows_;
     CommandPresenter presenter_{line_, windows_.get()};
+    UnrestrictedDesktop permissionSystem_;
+    PermissionsManager permissions_{Defaults::standard(), permissionSystem_};
     RecordingController controller_;
     ExitGuard finishFirst_{[this] { finishWithoutEventLoop(); }};
 };

@@ -45,5 +45,16 @@ TEST(Defaults, TheEnvironmentOverridesTheLibraryFolder) {
     qunsetenv("TESSALOOM_LIBRARY");
 }
 
+TEST(Defaults, TheStateFolderIsTheDesktopsAndNeverRelative) {
+    const QByteArray inherited = qgetenv("XDG_STATE_HOME");
+    qputenv("XDG_STATE_HOME", "/somewhere/state");
+    EXPECT_EQ(Defaults::stateFolder(), "/somewhere/state/tessaloom");
+    for (const char* unset : {"", "relative"}) {
+        qputenv("XDG_STATE_HOME", unset);
+        EXPECT_TRUE(Defaults::stateFolder().string().ends_with("/.local/state/tessaloom")) << unset;
+    }
+    qputenv("XDG_STATE_HOME", inherited);
+}
+
 }  // namespace
 }  // namespace tessaloom

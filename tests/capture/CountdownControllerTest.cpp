@@ -14,7 +14,7 @@ namespace {
 class Countdown : public ::testing::Test {
   protected:
     void run(int seconds) {
-        CountdownController countdown(platform, presenter);
+        CountdownController countdown(platform, presenter, WaitClock::host());
         QCoro::waitFor(countdown.run(seconds, cancel.get_token()));
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ class NotingPresenter final : public RecordingPresenter {
     std::vector<std::string> told;
     std::vector<int> countdown;  ///< the numbers shown; 0 for being hidden
     std::vector<std::string> shown;
+    std::vector<std::filesystem::path> opened;
+    std::vector<std::string> bar;
     bool goesOn = true;
 
     void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
@@ -30,6 +33,13 @@ class NotingPresenter final : public RecordingPresenter {
         told.push_back("camera: " + reason);
         co_return;
     }
+    QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) override {
+        told.push_back((mayRecordScreen ? "failure: " : "no permission: ") + reason);
+        co_return;
+    }
+    void openEditor(const std::filesystem::path& bundle) override { opened.push_back(bundle); }
+    void showRecordBar() override { bar.emplace_back("shown"); }
+    void hideRecordBar() override { bar.emplace_back("hidden"); }
 };
 
 }  // namespace tessaloom::test

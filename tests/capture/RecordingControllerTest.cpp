@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QTimer>
+#include <future>
 #include <thread>
 
 #include "capture/CaptureError.h"
@@ -12,6 +12,8 @@
 #include "capture/ScriptedDevices.h"
 #include "capture/ScriptedPlatform.h"
 #include "media/MovieReader.h"
+#include "support/LogLines.h"
+#include "support/ManualWaitClock.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -19,6 +21,18 @@ namespace {
 
 using Script = test::ScriptedStream::Script;
 using State = RecordingController::State;
+using namespace std::chrono_literals;
+
+/// Everything is granted, with exceptions.
+struct ScriptedPermissions final : PermissionSystem {
+    std::map<Permission, PermissionStatus> exceptions;
+
+    PermissionStatus status(Permission permission) override {
+        const auto found = exceptions.find(permission);
+        return found == exceptions.end() ? PermissionStatus::granted : found->second;
+    }
+    QCoro::Task<> ask(Permission) override { co_return; }
+};
 
 class Recording : public ::testing::Test {
   protected:
@@ -30,11 +44,35 @@ class Recording : public ::testing::Test {
         preferences.captureMicrophone = false;
         preferences.captureSystemAudio = false;
     }
+    QCoro::Task<RecordingController::StartOutcome> startTask(StartedBy by = StartedBy::user) {
+        return controller.start(MainDisplaySource{}, preferences, cancel.get_token(), by);
+    }
     RecordingController::StartOutcome start(StartedBy by = StartedBy::user) {
-        return QCoro::waitFor(controller.start(MainDisplaySource{}, preferences, cancel.get_token(), by));
+        return throughCountdown(startTask(by));
+    }
+    RecordingController::AgentStartResult startForAgent(RecordingController::Options options = {}) {
+        return throughCountdown(
+            controller.startForAgent(options, MainDisplaySource{}, preferences, cancel.get_token()));
     }
     TakeBundle startedBundle() { return {std::get<RecordingController::Started>(start()).bundle}; }
     void stop() { QCoro::waitFor(controller.stop()); }
+
+    /// Lets only the countdown's time pass.
+    template <typename Outcome>
+    Outcome throughCountdown(QCoro::Task<Outcome> task) {
+        const bool ended = clock.runUntil([&] {
+            for (const auto slice : {100ms, 120ms}) {
+                if (clock.somebodyWaits(slice)) clock.advance(slice);
+            }
+            return task.isReady();
+        });
+        EXPECT_TRUE(ended);
+        return QCoro::waitFor(task);
+    }
+    void except(std::map<Permission, PermissionStatus> exceptions) {
+        permissionSystem.exceptions = std::move(exceptions);
+        permissions.refresh();
+    }
     void setPreview(bool on) { QCoro::waitFor(controller.setCameraPreview(on, "chosen")); }
     std::size_t bundleCount() const {
         const std::filesystem::directory_iterator entries(folder.path() / "library");
@@ -47,7 +85,10 @@ class Recording : public ::testing::Test {
     test::NotingPresenter presenter;
     RecordingPreferences preferences;
     std::stop_source cancel;
-    RecordingController controller{platform, devices, presenter};
+    test::ManualWaitClock clock;
+    ScriptedPermissions permissionSystem;
+    PermissionsManager permissions{Defaults(folder.path() / "settings.ini"), permissionSystem};
+    RecordingController controller{platform, devices, presenter, permissions, clock};
 };
 
 TEST_F(Recording, LeavesACompleteBundle) {
@@ -71,6 +112,14 @@ TEST_F(Recording, ASecondStartChangesNothing) {
     EXPECT_EQ(bundleCount(), 1U);
 }
 
+TEST_F(Recording, SeveralInOneSecondHaveFoldersOfTheirOwn) {
+    for (int count = 0; count < 3; ++count) {
+        startedBundle();
+        stop();
+    }
+    EXPECT_EQ(bundleCount(), 3U);
+}
+
 TEST_F(Recording, GoesOnWithoutClicksAndKeysWhenTheDesktopRefuses) {
     platform.refusesInput = true;
     const TakeBundle bundle = startedBundle();
@@ -83,8 +132,114 @@ TEST_F(Recording, ASourceWithoutFramesFailsAndLeavesItsFolder) {
     const auto outcome = start();
     ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(outcome));
     EXPECT_EQ(std::get<RecordingController::Failed>(outcome).message, CaptureError::noFrames().what());
+    EXPECT_EQ(presenter.told, std::vector{std::string("failure: ") + CaptureError::noFrames().what()});
     EXPECT_EQ(controller.state(), State::idle);
     EXPECT_EQ(bundleCount(), 1U);
+}
+
+TEST_F(Recording, ASourceThatStaysHiddenFailsAfterEightSeconds) {
+    platform.stream = Script::nothing;
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(8s));
+    clock.advance(7999ms);
+    EXPECT_EQ(controller.state(), State::starting);
+    clock.advance(1ms);
+    const auto outcome = QCoro::waitFor(task);
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(outcome));
+    EXPECT_EQ(std::get<RecordingController::Failed>(outcome).message, CaptureError::noFrames().what());
+    EXPECT_EQ(bundleCount(), 1U);
+}
+
+TEST_F(Recording, AFailureWithoutPermissionForTheScreenSaysSo) {
+    platform.stream = Script::endsWithoutFrame;
+    except({{Permission::screenRecording, PermissionStatus::denied}});
+    start();
+    EXPECT_EQ(presenter.told, std::vector{std::string("no permission: ") + CaptureError::noFrames().what()});
+    EXPECT_EQ(Defaults(folder.path() / "settings.ini").boolean("askedScreenRecording"), true);
+}
+
+TEST_F(Recording, ASourceThatCannotBeFoundMakesNoFolder) {
+    const auto outcome =
+        throughCountdown(controller.start(AppWindowSource{"Safari", {}}, preferences, cancel.get_token()));
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(outcome));
+    EXPECT_EQ(controller.state(), State::idle);
+    EXPECT_FALSE(std::filesystem::exists(preferences.libraryFolder));
+}
+
+TEST_F(Recording, ALibraryThatCannotBeMadeIsAFailure) {
+    preferences.libraryFolder = "/proc/nowhere";
+    EXPECT_TRUE(std::holds_alternative<RecordingController::Failed>(start()));
+    EXPECT_EQ(controller.state(), State::idle);
+}
+
+TEST_F(Recording, LooksAtItsSourceBeforeItCounts) {
+    const test::LogLines lines;
+    startedBundle();
+    EXPECT_EQ(platform.preflights, (std::vector<Rect>{{0, 0, 64, 48}}));
+    EXPECT_TRUE(lines.contains("Capture preflight ok in "));
+    stop();
+}
+
+TEST_F(Recording, GoesOnWhenItsFirstLookFails) {
+    platform.refusesPictures = true;
+    const test::LogLines lines;
+    startedBundle();
+    EXPECT_TRUE(lines.contains("Capture preflight failed in "));
+    stop();
+}
+
+TEST_F(Recording, PassesThroughItsFourStatesInOrder) {
+    std::vector<State> states;
+    QObject::connect(&controller, &RecordingController::stateChanged,
+                     [&](State state) { states.push_back(state); });
+    startedBundle();
+    stop();
+    EXPECT_EQ(states, (std::vector{State::starting, State::recording, State::finishing, State::idle}));
+}
+
+TEST_F(Recording, OpensTheEditorWhenItsUserStopsIt) {
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_EQ(presenter.opened, std::vector{bundle.url});
+    EXPECT_TRUE(presenter.bar.empty());
+}
+
+TEST_F(Recording, WithoutSamplesAndEventsHasNoZooms) {
+    platform.pointerIsKnown = false;
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_TRUE(bundle.readLog().cursorSamples.empty());
+    EXPECT_TRUE(bundle.readEdit().zoomKeyframes.empty());
+}
+
+TEST_F(Recording, AWriterThatHangsHoldsTheStopUpForTwentySecondsAtMost) {
+    std::promise<void> disk;
+    platform.streamStop = disk.get_future().share();
+    const TakeBundle bundle = startedBundle();
+    auto task = controller.stop();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(20s));
+    clock.advance(19'999ms);
+    EXPECT_EQ(controller.state(), State::finishing);
+    clock.advance(1ms);
+    QCoro::waitFor(task);
+    EXPECT_EQ(controller.state(), State::idle);
+    EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+    disk.set_value();
+}
+
+TEST_F(Recording, AMicrophoneThatHangsHoldsTheStopUpForTenSecondsAtMost) {
+    std::promise<void> server;
+    devices.hasMicrophone = preferences.captureMicrophone = true;
+    devices.soundStop = server.get_future().share();
+    startedBundle();
+    auto task = controller.stop();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(10s));
+    clock.advance(9999ms);
+    EXPECT_EQ(controller.state(), State::finishing);
+    clock.advance(1ms);
+    QCoro::waitFor(task);
+    EXPECT_EQ(controller.state(), State::idle);
+    server.set_value();
 }
 
 TEST_F(Recording, TellsOnTheMainThreadThatItsSourceEnded) {
@@ -99,16 +254,43 @@ TEST_F(Recording, TellsOnTheMainThreadThatItsSourceEnded) {
 
 TEST_F(Recording, CancelledInItsCountdownLeavesNothing) {
     preferences.countdownSeconds = 3;
-    QTimer::singleShot(50, [this] { cancel.request_stop(); });
-    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(start()));
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(100ms));
+    cancel.request_stop();
+    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(throughCountdown(std::move(task))));
     EXPECT_EQ(controller.state(), State::idle);
     EXPECT_EQ(bundleCount(), 0U);
+    EXPECT_EQ(presenter.bar, std::vector<std::string>{"shown"});
+}
+
+TEST_F(Recording, TheCountdownIsOffTheScreenBeforeTheFirstFrame) {
+    preferences.countdownSeconds = 1;
+    auto task = startTask();
+    for (int slice = 0; slice < 10; ++slice) {
+        ASSERT_TRUE(clock.runUntilSomebodyWaits(100ms));
+        clock.advance(100ms);
+    }
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(120ms));
+    EXPECT_EQ(presenter.countdown, (std::vector<int>{1, 0}));
+    EXPECT_EQ(platform.streamsMade, 0);
+    clock.advance(120ms);
+    QCoro::waitFor(task);
+    EXPECT_EQ(platform.streamsMade, 1);
+    stop();
+}
+
+TEST_F(Recording, WithoutACountdownNothingIsCounted) {
+    startedBundle();
+    EXPECT_TRUE(presenter.countdown.empty());
+    stop();
 }
 
 TEST_F(Recording, CancelledBeforeTheFirstFrameLeavesNothing) {
     platform.stream = Script::nothing;
-    QTimer::singleShot(50, [this] { cancel.request_stop(); });
-    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(start()));
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(8s));
+    cancel.request_stop();
+    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(QCoro::waitFor(task)));
     EXPECT_EQ(bundleCount(), 0U);
 }
 
@@ -188,15 +370,10 @@ TEST_F(Recording, AnAgentsCountdownWarnsWhoeverIsWatching) {
 TEST_F(Recording, WhatIsNotPermittedIsSilentlyOff) {
     devices.hasMicrophone = devices.hasCamera = true;
     preferences.captureMicrophone = preferences.captureWebcam = true;
-    RecordingController restricted(platform, devices, presenter, PermissionsManager([] {
-                                       return PermissionsManager::Statuses{
-                                           .microphone = PermissionsManager::Status::denied,
-                                           .camera = PermissionsManager::Status::notDetermined};
-                                   }));
-    const auto outcome =
-        QCoro::waitFor(restricted.start(MainDisplaySource{}, preferences, cancel.get_token()));
-    QCoro::waitFor(restricted.stop());
-    ASSERT_TRUE(std::holds_alternative<RecordingController::Started>(outcome));
+    except({{Permission::microphone, PermissionStatus::denied},
+            {Permission::camera, PermissionStatus::notDetermined}});
+    startedBundle();
+    stop();
     EXPECT_EQ(devices.microphone.starts() + devices.camera.starts(), 0);
     EXPECT_TRUE(presenter.told.empty());
 }
@@ -279,11 +456,113 @@ TEST_F(Recording, ACameraThatNeverDeliversDoesNotHoldItUp) {
     devices.hasCamera = true;
     devices.cameraDelivers = false;
     preferences.captureWebcam = true;
-    const TakeBundle bundle = startedBundle();
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntil([this] { return devices.camera.running(); }));
+    clock.advance(3999ms);
+    EXPECT_EQ(controller.state(), State::starting);
+    clock.advance(1ms);
+    const TakeBundle bundle{std::get<RecordingController::Started>(QCoro::waitFor(task)).bundle};
     stop();
     EXPECT_FALSE(bundle.hasWebcam());
     EXPECT_EQ(bundle.readLog().webcamStartOffset, 0);
     EXPECT_FALSE(bundle.readEdit().webcam.enabled);
+}
+
+TEST_F(Recording, CancelledWhileItsCameraIsAwaitedEndsAtOnce) {
+    devices.hasCamera = true;
+    devices.cameraDelivers = false;
+    preferences.captureWebcam = true;
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntil([this] { return devices.camera.running(); }));
+    cancel.request_stop();
+    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(QCoro::waitFor(task)));
+    EXPECT_EQ(platform.streamsMade, 0);
+    EXPECT_FALSE(devices.camera.running());
+    EXPECT_EQ(bundleCount(), 0U);
+}
+
+TEST_F(Recording, APreviewThatComesTooLateForTheRecordingIsLetGo) {
+    devices.hasCamera = true;
+    auto preview = controller.setCameraPreview(true, "chosen");
+    startedBundle();
+    QCoro::waitFor(preview);
+    EXPECT_FALSE(controller.hasCameraPreview());
+    EXPECT_FALSE(devices.camera.running());
+    stop();
+}
+
+TEST_F(Recording, AnAgentsOptionsStandWhateverTheUserPrefers) {
+    devices.hasMicrophone = devices.hasSystemAudio = true;
+    preferences.captureMicrophone = true;
+    preferences.captureSystemAudio = false;
+    startForAgent({.captureMicrophone = false, .captureSystemAudio = true});
+    EXPECT_EQ(devices.microphone.starts(), 0);
+    EXPECT_EQ(devices.systemAudio.starts(), 1);
+    stop();
+}
+
+TEST_F(Recording, AnAgentStopsWithoutAnEditor) {
+    devices.hasCamera = true;
+    const auto started = std::get<RecordingController::Started>(startForAgent());
+    EXPECT_EQ(QCoro::waitFor(controller.stopForAgent()), started.bundle);
+    EXPECT_TRUE(presenter.opened.empty());
+    EXPECT_EQ(presenter.bar, (std::vector<std::string>{"hidden", "hidden"})) << "at its start and its end";
+    EXPECT_EQ(QCoro::waitFor(controller.stopForAgent()), std::nullopt) << "nothing is going on any more";
+}
+
+TEST_F(Recording, AnAgentIsToldThatARecordingIsGoingOn) {
+    startedBundle();
+    const auto result = startForAgent();
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
+    EXPECT_EQ(std::get<RecordingController::Failed>(result).message,
+              "Tessaloom is already recording. Stop that recording first.");
+    EXPECT_EQ(controller.state(), State::recording);
+    EXPECT_TRUE(presenter.bar.empty());
+    stop();
+}
+
+TEST_F(Recording, AnAgentHearsWhyItsStartFailed) {
+    platform.stream = Script::endsWithoutFrame;
+    const auto result = startForAgent();
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
+    EXPECT_EQ(std::get<RecordingController::Failed>(result).message, CaptureError::noFrames().what());
+    EXPECT_TRUE(presenter.told.empty());
+}
+
+TEST_F(Recording, AnAgentHearsThatItsStartWasCancelled) {
+    cancel.request_stop();
+    const auto result = startForAgent();
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
+    EXPECT_EQ(std::get<RecordingController::Failed>(result).message,
+              "The recording was cancelled before it started.");
+    EXPECT_EQ(presenter.bar, std::vector<std::string>{"hidden"}) << "it stays off";
+}
+
+TEST_F(Recording, AnAgentsEndsAfterTenMinutes) {
+    startForAgent();
+    clock.advance(599'999ms);
+    EXPECT_EQ(controller.state(), State::recording);
+    clock.advance(1ms);
+    EXPECT_TRUE(clock.runUntil([this] { return controller.state() == State::idle; }));
+    EXPECT_TRUE(presenter.opened.empty());
+}
+
+TEST_F(Recording, AUsersHasNoTimeLimit) {
+    startedBundle();
+    clock.advance(1h);
+    EXPECT_EQ(controller.state(), State::recording);
+    stop();
+}
+
+TEST_F(Recording, TheLimitOfAnAgentsOldRecordingIsNotTheNewOnes) {
+    startForAgent();
+    clock.advance(500s);
+    QCoro::waitFor(controller.stopForAgent());
+    startForAgent();
+    clock.advance(200s);
+    EXPECT_EQ(controller.state(), State::recording);
+    clock.advance(400s);
+    EXPECT_TRUE(clock.runUntil([this] { return controller.state() == State::idle; }));
 }
 
 TEST_F(Recording, AFailedStartLetsGoOfAllDevices) {

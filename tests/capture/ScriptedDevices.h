@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <future>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -47,8 +48,10 @@ class SourceControl {
 
 class ScriptedSound final : public LiveSoundSource {
   public:
-    ScriptedSound(SourceControl<SoundChunk>& control, SoundFormat format)
-        : control_(control), format_(format) {}
+    /// Its stop returns once `mayStop` is ready, if that is valid.
+    ScriptedSound(SourceControl<SoundChunk>& control, SoundFormat format,
+                  std::shared_future<void> mayStop = {})
+        : control_(control), format_(format), mayStop_(std::move(mayStop)) {}
     ~ScriptedSound() override { control_.disconnect(); }
     ScriptedSound(const ScriptedSound&) = delete;
     ScriptedSound& operator=(const ScriptedSound&) = delete;
@@ -56,11 +59,15 @@ class ScriptedSound final : public LiveSoundSource {
     std::string name() const override { return "scripted sound"; }
     SoundFormat format() const override { return format_; }
     void start(Handler handler) override { control_.connect(std::move(handler)); }
-    void stop() override { control_.disconnect(); }
+    void stop() override {
+        if (mayStop_.valid()) mayStop_.wait();
+        control_.disconnect();
+    }
 
   private:
     SourceControl<SoundChunk>& control_;
     SoundFormat format_;
+    std::shared_future<void> mayStop_;
 };
 
 /// Its owner delivers the pictures, or it delivers a black one every 30th of a second by itself.
@@ -102,6 +109,7 @@ struct ScriptedDevices final : RecordingDevices {
     bool hasSystemAudio = false;
     bool hasCamera = false;
     bool cameraDelivers = true;
+    std::shared_future<void> soundStop;  ///< when the microphone's stop returns, if that is to be delayed
     SourceControl<SoundChunk> microphone;
     SourceControl<SoundChunk> systemAudio;
     SourceControl<CameraPicture> camera;
@@ -111,7 +119,7 @@ struct ScriptedDevices final : RecordingDevices {
     std::unique_ptr<LiveSoundSource> openMicrophone(const std::string& identifier) override {
         askedMicrophone = identifier;
         if (!hasMicrophone) throw CaptureError::noMicrophone();
-        return std::make_unique<ScriptedSound>(microphone, SoundFormat{48'000, 1});
+        return std::make_unique<ScriptedSound>(microphone, SoundFormat{48'000, 1}, soundStop);
     }
     std::unique_ptr<LiveSoundSource> openSystemAudio() override {
         if (!hasSystemAudio) throw std::runtime_error("The script has no sound server.");

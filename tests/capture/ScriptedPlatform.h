@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -14,8 +15,13 @@ class ScriptedStream final : public ScreenStream {
   public:
     enum class Script { oneFrame, nothing, endsWithoutFrame };
 
-    ScriptedStream(Script script, const StreamConfiguration& configuration)
-        : script_(script), width_(configuration.source.width), height_(configuration.source.height) {}
+    /// Its stop returns once `mayStop` is ready, if that is valid.
+    ScriptedStream(Script script, const StreamConfiguration& configuration,
+                   std::shared_future<void> mayStop = {})
+        : script_(script),
+          width_(configuration.source.width),
+          height_(configuration.source.height),
+          mayStop_(std::move(mayStop)) {}
     ~ScriptedStream() override { stop(); }
     ScriptedStream(const ScriptedStream&) = delete;
     ScriptedStream& operator=(const ScriptedStream&) = delete;
@@ -30,6 +36,7 @@ class ScriptedStream final : public ScreenStream {
         });
     }
     void stop() override {
+        if (mayStop_.valid()) mayStop_.wait();
         if (thread_.joinable()) thread_.join();
     }
 
@@ -37,13 +44,21 @@ class ScriptedStream final : public ScreenStream {
     Script script_;
     int width_;
     int height_;
+    std::shared_future<void> mayStop_;
     std::jthread thread_;
 };
 
+/// Rests at one place, or is nowhere.
 class StillPointer final : public PointerSource {
   public:
-    std::optional<Point> location() override { return Point{10, 10}; }
+    explicit StillPointer(bool isKnown) : isKnown_(isKnown) {}
+    std::optional<Point> location() override {
+        return isKnown_ ? std::optional(Point{10, 10}) : std::nullopt;
+    }
     void stop() override {}
+
+  private:
+    bool isKnown_;
 };
 
 /// Reports one key press as it starts, or none, or refuses to start.
@@ -67,14 +82,26 @@ struct ScriptedPlatform final : CapturePlatform {
     bool refusesInput = false;
     std::string pressedKey;
     bool leavesOut = true;
+    bool refusesPictures = false;
+    bool pointerIsKnown = true;
+    std::shared_future<void> streamStop;  ///< when the stream's stop returns, if that is to be delayed
+    int streamsMade = 0;
+    std::vector<Rect> preflights;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
     BgraImage wallpaper() override { return {}; }
-    std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
-        return std::make_unique<ScriptedStream>(stream, configuration);
+    bool takePreflightPicture(const ContentFilter& filter) override {
+        preflights.push_back(filter.contentRect);
+        return !refusesPictures;
     }
-    std::unique_ptr<PointerSource> makePointerSource() override { return std::make_unique<StillPointer>(); }
+    std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
+        ++streamsMade;
+        return std::make_unique<ScriptedStream>(stream, configuration, streamStop);
+    }
+    std::unique_ptr<PointerSource> makePointerSource() override {
+        return std::make_unique<StillPointer>(pointerIsKnown);
+    }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
         return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
     }

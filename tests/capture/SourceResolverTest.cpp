@@ -96,6 +96,13 @@ TEST(SourceResolver, IdentifiersMustBeEqualWithoutCase) {
               "No visible window matches org.edit. Check the app is open and the window is not minimised.");
 }
 
+TEST(SourceResolver, TheMenusIdentifierServesToo) {
+    auto content = desktop();
+    content.windows[2].desktopID = "org.example.Browser";
+    EXPECT_EQ(resolveSource(AppWindowSource{"Org.Example.browser", {}}, content).filter.window, 3U);
+    EXPECT_NE(failure(AppWindowSource{"org.example", {}}, content), "no failure") << "it must be equal";
+}
+
 TEST(SourceResolver, TheLargestOfSeveralWindowsIsTaken) {
     const auto target = resolveSource(AppWindowSource{"editor", {}}, desktop());
     EXPECT_EQ(target.filter.window, 2U);

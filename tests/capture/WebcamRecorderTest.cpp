@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <QCoroTask>
+#include <algorithm>
 
 #include "capture/ScriptedDevices.h"
 #include "media/MovieReader.h"
 #include "support/MovieProbe.h"
+#include "support/PixelAt.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -17,8 +19,10 @@ using namespace std::chrono_literals;
 
 class Webcam : public ::testing::Test {
   protected:
-    void deliver(double hostTime, int width = 64, int height = 48) {
-        const BgraImage picture(width, height);
+    void deliver(double hostTime, int width = 64, int height = 48, std::uint8_t level = 0) {
+        BgraImage picture(width, height);
+        for (int y = 0; y < height; ++y)
+            std::fill_n(picture.row(y), 4 * width, level);
         control.deliver({hostTime, picture.view()});
     }
     void stop() { QCoro::waitFor(recorder->stop()); }
@@ -54,14 +58,25 @@ TEST_F(Webcam, CanBePlayedFromItsFirstPictureOn) {
     stop();
 }
 
-TEST_F(Webcam, AnotherCamerasSizeDoesNotEndTheFile) {
+TEST_F(Webcam, AnotherCamerasPicturesAreScaledToTheFilesSize) {
     recorder->startRecording(file);
     deliver(begin);
-    deliver(begin + 0.5, 32, 32);
-    deliver(begin + 1);
+    deliver(begin + 0.5, 32, 32, 200);
+    deliver(begin + 1, 1280, 720, 100);
     stop();
     EXPECT_EQ(test::probeMovie(file).width, 64);
-    EXPECT_EQ(test::probeMovie(file).packets.size(), 3U);
+    EXPECT_EQ(test::probeMovie(file).height, 48);
+    std::vector<int> levels;
+    const auto movie = MovieReader::open(file);
+    BgraImage picture;
+    while (const auto frame = movie->next()) {
+        frame->toBgra(picture);
+        levels.push_back(*test::pixelAt(picture, 60, 40));
+    }
+    ASSERT_EQ(levels.size(), 4U) << "the last one is carried on to the stop";
+    EXPECT_NEAR(levels[0], 0, 2);
+    EXPECT_NEAR(levels[1], 200, 2);
+    EXPECT_NEAR(levels[2], 100, 2);
 }
 
 TEST_F(Webcam, AWaitForACameraThatIsStuckEnds) {

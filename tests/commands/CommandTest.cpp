@@ -17,6 +17,7 @@ CommandTest::CommandTest() {
         environment_.erase(inherited);
     environment_["TESSALOOM_LIBRARY"] = library().string();
     environment_["TESSALOOM_CONFIG"] = (folder_.path() / "settings.ini").string();
+    environment_["XDG_STATE_HOME"] = (folder_.path() / "state").string();
     environment_["TZ"] = "UTC";
 }
 

@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "commands/CommandTest.h"
-#include "commands/MountedFolder.h"
 #include "support/GifProbe.h"
+#include "support/MountedFolder.h"
 #include "support/MovieProbe.h"
 
 namespace tessaloom::test {
@@ -75,6 +75,8 @@ TEST_F(ExportCommandTest, ASpeedThatIsNoneIsSaidAndExportedAsOne) {
         bundle.write(edit);
         const CommandResult result = run({"export", "take", "-o", film_.string()});
         EXPECT_EQ(result.status, 0);
+        EXPECT_TRUE(result.errors.starts_with("tessaloom: A recording can't be played at a speed of "))
+            << result.errors;
         EXPECT_NE(result.errors.find("it is exported at normal speed."), std::string::npos) << result.errors;
         EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
         EXPECT_EQ(probeMovie(film_).packets.size(), 55U);
@@ -167,6 +169,7 @@ TEST_F(ExportCommandTest, ADestinationThatCannotBeIsRefused) {
     makeRecording("take");
     writeFile(outputs() / "file", "words");
     fs::create_directory(outputs() / "folder.mp4");
+    fs::create_directory(outputs() / "folder.gif");
     for (const char* folder : {"nowhere", "file"}) {
         const auto place = outputs() / folder;
         expectRefused(run({"export", "take", "-o", (place / "film.mp4").string()}), 1,
@@ -174,8 +177,9 @@ TEST_F(ExportCommandTest, ADestinationThatCannotBeIsRefused) {
         expectRefused(run({"frame", "take", "--at", "0", "-o", (place / "a.png").string()}), 1,
                       "There is no folder \"" + place.string() + "\".");
     }
-    expectRefused(run({"export", "take", "-o", (outputs() / "folder.mp4").string()}), 1, "is a folder.");
-    EXPECT_EQ(outputNames(), (std::vector<std::string>{"file", "folder.mp4"}));
+    for (const char* folder : {"folder.mp4", "folder.gif"})
+        expectRefused(run({"export", "take", "-o", (outputs() / folder).string()}), 1, "is a folder.");
+    EXPECT_EQ(outputNames(), (std::vector<std::string>{"file", "folder.gif", "folder.mp4"}));
     EXPECT_EQ(contentOf(outputs() / "file"), "words");
 }
 

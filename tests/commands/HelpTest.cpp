@@ -11,7 +11,7 @@ struct CommandHelp {
 
 const std::vector<CommandHelp> commandHelps{
     {"record", {"--display", "--area", "--window", "--title", "--countdown", "--duration"}},
-    {"export", {"-o", "--resolution", "--shape", "--quality"}},
+    {"export", {"-o", "--format", "--resolution", "--shape", "--quality", "--fps", "--loop"}},
     {"frame", {"--at", "--size", "-o"}},
     {"list", {"--json"}},
     {"info", {"--json"}},

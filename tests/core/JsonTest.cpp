@@ -76,10 +76,10 @@ TEST(Json, TextKeepsEveryByte) {
 
 TEST(Json, ANumberBeyondADoubleCostsOnlyItself) {
     const auto document = parseJsonObject(
-        R"({"a":1e400,"b":2,"c":[-1E+999,3,0e999,1e-400,-0.01e-322,1e-99999999999999999999],"d":"1e400 \" 1e400","e":1e308})");
+        R"({"a":1e400,"b":[true,false,null,2E0],"c":[-1E+999,3,0e999,1e-400,-0.01e-322,1e-99999999999999999999],"d":"1e400 \" 1e400","e":1e308})");
     ASSERT_TRUE(document);
     EXPECT_EQ(compactJson(*document),
-              R"({"a":null,"b":2,"c":[null,3,0,0,0,0],"d":"1e400 \" 1e400","e":1e+308})");
+              R"({"a":null,"b":[true,false,null,2],"c":[null,3,0,0,0,0],"d":"1e400 \" 1e400","e":1e+308})");
 }
 
 TEST(Json, SoDoesAnIntegerOfHundredsOfDigits) {

@@ -58,6 +58,17 @@ TEST(TakeBundle, TellsAMissingFileFromADamagedOne) {
     EXPECT_THROW(bundle.readEdit(), std::system_error);
 }
 
+TEST(TakeBundle, LosesItsEmptyMediaOnly) {
+    const test::TemporaryFolder folder;
+    const TakeBundle bundle = TakeBundle::create(folder.path() / "a.takes");
+    std::ofstream(bundle.file(TakeBundle::microphoneFile)).close();
+    std::ofstream(bundle.file(TakeBundle::webcamFile)) << "x";
+    bundle.removeEmptyMedia();
+    EXPECT_FALSE(bundle.hasMic());
+    EXPECT_TRUE(bundle.hasWebcam());
+    EXPECT_NO_THROW(bundle.readLog());
+}
+
 TEST(TakeBundle, OffersTheMediaWhoseFilesAreThereEvenEmpty) {
     const test::TemporaryFolder folder;
     const TakeBundle bundle{folder.path()};

@@ -41,9 +41,12 @@ void sleepUntil(double hostTime) {
 class SoundAndCamera : public ::testing::Test {
   protected:
     DesktopRecording record(std::vector<std::string> arguments) {
+        return {environment(), std::move(arguments)};
+    }
+    Environment environment() const {
         Environment environment = sound.environment();
         environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
-        return DesktopRecording(environment, std::move(arguments));
+        return environment;
     }
     std::unique_ptr<VirtualSound> plugIn(VirtualSound::Kind kind, const std::string& name) {
         return std::make_unique<VirtualSound>(sound.socket(), kind, name);
@@ -161,9 +164,8 @@ TEST_F(SoundAndCamera, WithNothingPluggedInTheScreenIsRecorded) {
     std::this_thread::sleep_for(700ms);
     const TakeBundle bundle = recording.stop();
     const std::string errors = recording.program().errors();
-    EXPECT_NE(errors.find("This recording will have no microphone audio. No microphone available."),
-              std::string::npos);
-    EXPECT_NE(errors.find("Recording without the camera. No camera available."), std::string::npos);
+    EXPECT_NE(errors.find("Recording without the microphone: No microphone available.\n"), std::string::npos);
+    EXPECT_NE(errors.find("Recording without the camera: No camera available.\n"), std::string::npos);
     EXPECT_FALSE(bundle.hasMic());
     EXPECT_FALSE(bundle.hasWebcam());
     EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0.6);
@@ -186,6 +188,21 @@ TEST_F(SoundAndCamera, ACameraThatIsStuckDoesNotHoldTheRecordingUp) {
               std::string::npos);
     EXPECT_FALSE(bundle.hasWebcam());
     EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0);
+}
+
+TEST_F(SoundAndCamera, CtrlCEndsTheWaitForAStuckCameraAtOnce) {
+    const VirtualCamera camera(sound.socket(), "test_camera", VirtualCamera::Behaviour::isStuck);
+    const TemporaryFolder library;
+    ChildProcess program({TESSALOOM_PROGRAM, "record", "--countdown", "0", "--camera", "--no-microphone"},
+                         programEnvironment(environment(), library.path()));
+    for (int round = 0; program.errors().find("Webcam recording started") == std::string::npos; ++round) {
+        ASSERT_TRUE(round < 1000 && program.running()) << program.errors();
+        program.waitForExit(10ms);
+    }
+    program.signal(SIGINT);
+    EXPECT_EQ(program.waitForExit(20s), 130);
+    EXPECT_EQ(program.errors().find("did not begin writing"), std::string::npos) << "it was waited for";
+    EXPECT_TRUE(std::filesystem::is_empty(library.path()));
 }
 
 TEST_F(SoundAndCamera, TheTakeGoesOnThroughUnpluggedDevicesAndARestartedServer) {

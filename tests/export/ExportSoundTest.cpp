@@ -96,12 +96,13 @@ TEST_F(ExportSoundTest, CancellingEndsTheSoundToo) {
     std::stop_source stop;
     auto mix = makeAudioMix(bundle_, settings({{0, 3600}}));
     ASSERT_TRUE(mix);
-    MovieSink sink(MovieWriter::create(folder_.path() / "a.mp4",
-                                       {.video = H264Settings::exported(64, 36, 500'000), .sound = AacSettings{.sampleRate = soundRate}}),
-                   std::move(mix), stop.get_token());
-    sink.append(0, plainYuv(64, 36, white), true);
+    MovieSink sink(
+        MovieWriter::create(folder_.path() / "a.mp4", {.video = H264Settings::exported(64, 36, 500'000),
+                                                       .sound = AacSettings{.sampleRate = soundRate}}),
+        std::move(mix), stop.get_token());
+    sink.append(0, plainYuv(64, 36, white), FrameChange::content);
     stop.request_stop();
-    EXPECT_THROW(sink.append(1, plainYuv(64, 36, white), false), ExportCancelled);
+    EXPECT_THROW(sink.append(1, plainYuv(64, 36, white), FrameChange::none), ExportCancelled);
     EXPECT_THROW(sink.finish(), ExportCancelled);
 }
 

@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "media/ColorConversion.h"
-#include "media/MovieReader.h"
 #include "support/PixelAt.h"
 #include "take/OpenTake.h"
 
@@ -40,18 +39,6 @@ void PlainRenderer::render(const FrameComposer::Frame& frame, const FrameSources
     BgraImage picture(target.width(), target.height());
     render(frame, sources, picture);
     bgraToYuv(picture.view(), target, 0, 0);
-}
-
-std::vector<std::size_t> brightFrames(const fs::path& movie, double x, double y) {
-    const auto reader = MovieReader::open(movie);
-    std::vector<std::size_t> bright;
-    BgraImage image;
-    for (std::size_t n = 0; const auto frame = reader->next(); ++n) {
-        frame->toBgra(image);
-        const auto place = [](double fraction, int length) { return static_cast<int>(fraction * length); };
-        if (pixelAt(image, place(x, image.width()), place(y, image.height()))[1] > 128) bright.push_back(n);
-    }
-    return bright;
 }
 
 ExporterTest::ExporterTest() : bundle_(TakeBundle::create(folder_.path() / "a.takes")) {

@@ -9,6 +9,7 @@
 
 #include "core/TakeBundle.h"
 #include "export/Exporter.h"
+#include "support/BrightFrames.h"
 #include "support/MovieMaker.h"
 #include "support/TemporaryFolder.h"
 
@@ -34,9 +35,6 @@ class PlainRenderer : public Renderer {
     int& drawn_;
     CursorStyle style_ = CursorStyle::system;
 };
-
-/// Which of a movie's frames are bright at a place, given as fractions of their width and height.
-std::vector<std::size_t> brightFrames(const std::filesystem::path& movie, double x = 0.9, double y = 0.8);
 
 /// Exports a take of plain pictures into an empty folder.
 class ExporterTest : public ::testing::Test {

@@ -120,9 +120,9 @@ TEST_F(GIFWriterTest, OnlyALoopingGifSpeaksOfRepetition) {
 TEST_F(GIFWriterTest, AFrameAddedAgainIsAFrameOfItsOwn) {
     auto gif = writer(15, 3);
     const BgraImage picture = test::plainImage(20, 10, test::pureBlue);
-    gif.append(4, picture, true);
-    gif.append(5, picture, false);
-    gif.append(9, picture, false);
+    gif.append(4, picture, FrameChange::content);
+    gif.append(5, picture, FrameChange::none);
+    gif.append(9, picture, FrameChange::none);
     gif.finish();
     EXPECT_EQ(test::probeGif(destination_).delays(), (std::vector<int>{7, 6, 7}));
 }

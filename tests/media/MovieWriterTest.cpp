@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 
 #include "media/AudioReader.h"
@@ -230,6 +231,72 @@ TEST_F(MovieWriterTest, AFullDiskIsReportedAndWhatWasFlushedPlays) {
     const int frames = decodedFrames(path);
     EXPECT_GT(frames, 0);
     EXPECT_LT(frames, 600);
+}
+
+/// A texture that moves by `n` pixels.
+YuvImage texture(int n) {
+    YuvImage image(width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.plane(0)[y * image.stride(0) + x] =
+                static_cast<std::uint8_t>(128 + 60 * std::sin((x + n) * 0.37) * std::cos((y - n) * 0.23));
+    return image;
+}
+
+/// The bytes of a second of that texture, at a bit rate that it can't use up.
+std::uintmax_t bytesOfTexture(const std::filesystem::path& path, const H264Settings& video,
+                              PictureMotion motion) {
+    const auto writer = MovieWriter::create(path, {.container = MovieWriter::Container::mp4, .video = video});
+    for (int n = 0; n < 120; ++n)
+        writer->appendVideo(texture(motion == PictureMotion::moving ? n : 0), n * frame, frame, motion);
+    writer->finish();
+    return std::filesystem::file_size(path);
+}
+
+/// PSNR in decibels between a grey picture and what became of it.
+double likeness(const DecodedFrame& frame, const YuvImage& meant) {
+    BgraImage shown;
+    frame.toBgra(shown);
+    double squares = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const double grey = (meant.plane(0)[y * meant.stride(0) + x] - 16) * 255.0 / 219;
+            squares += std::pow(shown.row(y)[4 * x] - grey, 2);
+        }
+    }
+    return 10 * std::log10(255.0 * 255.0 * width * height / std::max(squares, 1.0));
+}
+
+TEST_F(MovieWriterTest, BitsAreNotSpentOnWhatNobodySees) {
+    const H264Settings limited = H264Settings::exported(width, height, 20'000'000);
+    H264Settings unlimited = limited;
+    unlimited.finestQuantisers.reset();
+    EXPECT_LT(2 * bytesOfTexture(file("limited.mp4"), limited, PictureMotion::moving),
+              bytesOfTexture(file("unlimited.mp4"), unlimited, PictureMotion::moving));
+
+    const auto reader = MovieReader::open(file("limited.mp4"));
+    for (int n = 0; const auto picture = reader->next(); ++n)
+        EXPECT_GT(likeness(*picture, texture(n)), 38) << n;
+}
+
+TEST_F(MovieWriterTest, StillPicturesAreFinerThanMovingOnes) {
+    const H264Settings settings = H264Settings::exported(width, height, 20'000'000);
+    bytesOfTexture(file("still.mp4"), settings, PictureMotion::still);
+    const auto reader = MovieReader::open(file("still.mp4"));
+    double last = 0;
+    while (const auto picture = reader->next())
+        last = likeness(*picture, texture(0));
+    EXPECT_GT(last, 48);
+}
+
+TEST_F(MovieWriterTest, ExportsHaveAKeyFrameEvery250Pictures) {
+    const auto writer = MovieWriter::create(file("a.mp4"), exported());
+    for (int n = 0; n < 510; ++n)
+        writer->appendVideo(texture(n / 100), n * frame, frame);
+    writer->finish();
+    const auto packets = test::probeMovie(file("a.mp4")).packets;
+    for (std::size_t n = 0; n < packets.size(); ++n)
+        EXPECT_EQ(packets[n].key, n % 250 == 0) << n;
 }
 
 TEST(H264SettingsTest, TheCommandLineNamesTheSameOptions) {

@@ -45,6 +45,17 @@ TEST_F(InterruptedTake, GetsItsLogAndItsZoomsFromTheJournal) {
     EXPECT_FALSE(hasJournal());
 }
 
+TEST_F(InterruptedTake, IsRidOfTheFilesInWhichNothingWasWritten) {
+    recordAndDie();
+    std::ofstream(bundle.file(TakeBundle::screenFile)) << "pictures";
+    std::ofstream(bundle.file(TakeBundle::microphoneFile)).close();
+    std::ofstream(bundle.file(TakeBundle::webcamFile)).close();
+    finishInterruptedTake(bundle);
+    EXPECT_FALSE(bundle.hasMic());
+    EXPECT_FALSE(bundle.hasWebcam());
+    EXPECT_TRUE(std::filesystem::exists(bundle.file(TakeBundle::screenFile)));
+}
+
 TEST_F(InterruptedTake, IsFinishedOnceAndThenTheUsers) {
     recordAndDie();
     finishInterruptedTake(bundle);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "support/AllocationCounter.h"
 #include "support/PictureFiles.h"
 #include "support/PixelAt.h"
+#include "support/SamePixels.h"
 
 namespace tessaloom {
 namespace {
@@ -122,13 +122,6 @@ FrameComposer::Frame fullFrame(int width, int height) {
     return frame;
 }
 
-bool sameBytes(const BgraImage& a, const BgraImage& b) {
-    for (int y = 0; y < a.height(); ++y) {
-        if (std::memcmp(a.row(y), b.row(y), test::bytesOf(a.width())) != 0) return false;
-    }
-    return true;
-}
-
 TEST(CpuRendererOverlayTest, AllocatesNothingOnceRunning) {
     Chance chance(53);
     const BgraImage recording = test::randomPicture(chance, 200, 120);
@@ -176,7 +169,7 @@ TEST(CpuRendererOverlayTest, LeavesOutABubbleWithoutACamera) {
     renderer.render(frame, {}, missing);
     frame.webcam.reset();
     renderer.render(frame, {}, without);
-    EXPECT_TRUE(sameBytes(missing, without));
+    EXPECT_TRUE(test::samePixels(missing, without));
 }
 
 TEST(CpuRendererOverlayTest, LeavesOutWhatIsAllButInvisibleAndWhatCannotBeRastered) {
@@ -192,11 +185,11 @@ TEST(CpuRendererOverlayTest, LeavesOutWhatIsAllButInvisibleAndWhatCannotBeRaster
         frame.caption->text = text;
         frame.caption->alpha = alpha;
         renderer.render(frame, {}, with);
-        EXPECT_TRUE(sameBytes(with, without));
+        EXPECT_TRUE(test::samePixels(with, without));
     }
     frame.caption->text = "text";
     renderer.render(frame, {}, with);
-    EXPECT_FALSE(sameBytes(with, without));
+    EXPECT_FALSE(test::samePixels(with, without));
 }
 
 TEST(CpuRendererOverlayTest, DrawsACaptionOfFiveThousandLettersOrLeavesItOut) {

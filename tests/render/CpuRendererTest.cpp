@@ -14,6 +14,7 @@
 #include "render/ReferenceComparison.h"
 #include "support/PictureFiles.h"
 #include "support/PixelAt.h"
+#include "support/SamePixels.h"
 
 namespace tessaloom {
 namespace {
@@ -67,25 +68,6 @@ FrameComposer::Frame randomFrame(Chance& chance, int width, int height, float st
     return frame;
 }
 
-bool sameBytes(const BgraImage& a, const BgraImage& b) {
-    for (int y = 0; y < a.height(); ++y) {
-        if (std::memcmp(a.row(y), b.row(y), test::bytesOf(a.width())) != 0) return false;
-    }
-    return a.width() == b.width() && a.height() == b.height();
-}
-
-bool sameSamples(const YuvImage& a, const YuvImage& b) {
-    for (int plane = 0; plane < 3; ++plane) {
-        const int scale = plane == 0 ? 1 : 2;
-        for (int y = 0; y < a.height() / scale; ++y) {
-            const std::ptrdiff_t row = y * a.stride(plane);
-            const auto count = static_cast<std::size_t>(a.width() / scale);
-            if (std::memcmp(a.plane(plane) + row, b.plane(plane) + row, count) != 0) return false;
-        }
-    }
-    return true;
-}
-
 class CpuRendererStageTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(CpuRendererStageTest, DrawsWhatTheFormulasSay) {
@@ -129,7 +111,7 @@ TEST(CpuRendererBandsTest, GiveTheSameBytesOnAnyNumberOfThreads) {
         BgraImage four(333, 187);
         alone.render(frame, {{recording.view(), 0}}, one);
         together.render(frame, {{recording.view(), 0}}, four);
-        ASSERT_TRUE(sameBytes(one, four)) << "round " << round;
+        ASSERT_TRUE(test::samePixels(one, four)) << "round " << round;
     }
 }
 
@@ -149,7 +131,7 @@ TEST(CpuRendererYuvTest, IsTheConvertedPictureBitForBit) {
         bgraToYuv(whole.view(), expected, 0, 0);
         YuvImage drawn(width, height);
         renderer.render(frame, {{recording.view(), 5}}, drawn);
-        ASSERT_TRUE(sameSamples(drawn, expected)) << "round " << round;
+        ASSERT_TRUE(test::samePixels(drawn, expected)) << "round " << round;
     }
 }
 
@@ -166,7 +148,7 @@ TEST(CpuRendererTest, KeepsNothingOfAnEarlierFrame) {
         used.render(frame, {{recording.view(), 5}}, fromUsed);
         CpuRenderer fresh(1, noThemes);
         fresh.render(frame, {{recording.view(), 5}}, fromFresh);
-        ASSERT_TRUE(sameBytes(fromUsed, fromFresh)) << "round " << round;
+        ASSERT_TRUE(test::samePixels(fromUsed, fromFresh)) << "round " << round;
     }
 }
 

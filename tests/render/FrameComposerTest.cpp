@@ -190,16 +190,6 @@ TEST(FrameComposer, APointerOutsideTheShownPartIsNotDrawn) {
     }
 }
 
-TEST(FrameComposer, APointerAtTheScreensEdgeIsStillThereAfterAZoom) {
-    FrameComposer composer = plain();
-    composer.zoom = ZoomTimeline({{Uuid::random(), 5, 8, {0.2, 0.2, 0.5, 0.5}, 0.6, 0.6}}, 60);
-    for (const double edge : {0.0, 1.0}) {
-        composer.cursorTrack = restingAt(edge, edge);
-        for (const double time : {1.0, 14.0, 50.0})
-            EXPECT_TRUE(composer.composeFrame(time, width, height).cursor) << edge << " at " << time;
-    }
-}
-
 TEST(FrameComposer, WithoutAPathOrSwitchedOffThereIsNoPointer) {
     FrameComposer composer = plain();
     EXPECT_FALSE(composer.composeFrame(1, width, height).cursor);

@@ -17,6 +17,7 @@
 #include "render/TextRasters.h"
 #include "support/PictureFiles.h"
 #include "support/PixelAt.h"
+#include "support/SamePixels.h"
 
 namespace tessaloom {
 namespace {
@@ -125,13 +126,6 @@ BgraImage drawn(Renderer& renderer, const FrameComposer::Frame& frame, const Fra
     return target;
 }
 
-bool sameBytes(const BgraImage& a, const BgraImage& b) {
-    for (int y = 0; y < a.height(); ++y) {
-        if (std::memcmp(a.row(y), b.row(y), test::bytesOf(a.width())) != 0) return false;
-    }
-    return true;
-}
-
 /// A recording that fills a canvas of 64 x 36 and lies in the middle of it.
 FrameComposer::Frame plainFrame() {
     FrameComposer::Frame frame;
@@ -208,7 +202,7 @@ TEST_P(GpuRendererTest, KeepsNothingOfAnEarlierFrame) {
         if (chance.oneIn(2)) sources.matte = {};
         const BgraImage fromUsed = drawn(*renderer_, frame, sources);
         if (round < 16) continue;
-        EXPECT_TRUE(sameBytes(fromUsed, drawn(*test::openGpuRenderer(GetParam()), frame, sources)))
+        EXPECT_TRUE(test::samePixels(fromUsed, drawn(*test::openGpuRenderer(GetParam()), frame, sources)))
             << "round " << round;
     }
 }
@@ -218,7 +212,7 @@ TEST_P(GpuRendererTest, DrawsOnAnyThread) {
     const BgraImage here = drawn(*renderer_, frame, {});
     BgraImage there;
     std::jthread([&] { there = drawn(*renderer_, frame, {}); }).join();
-    EXPECT_TRUE(sameBytes(here, there));
+    EXPECT_TRUE(test::samePixels(here, there));
 }
 
 TEST_P(GpuRendererTest, ConvertsWhatItDraws) {
@@ -271,9 +265,11 @@ TEST_P(GpuRendererTest, UploadsAPictureAgainOnlyWhenItIsAnother) {
     const BgraImage second = test::randomPicture(chance, 64, 36);
     const FrameComposer::Frame frame = plainFrame();
     const BgraImage before = drawn(*renderer_, frame, {{first.view(), 1}});
-    EXPECT_TRUE(sameBytes(drawn(*renderer_, frame, {{second.view(), 1}}), before)) << "same identity";
-    EXPECT_FALSE(sameBytes(drawn(*renderer_, frame, {{second.view(), 2}}), before)) << "another identity";
-    EXPECT_TRUE(sameBytes(drawn(*renderer_, frame, {{first.view(), 0}}), before)) << "unknown identity";
+    EXPECT_TRUE(test::samePixels(drawn(*renderer_, frame, {{second.view(), 1}}), before)) << "same identity";
+    EXPECT_FALSE(test::samePixels(drawn(*renderer_, frame, {{second.view(), 2}}), before))
+        << "another identity";
+    EXPECT_TRUE(test::samePixels(drawn(*renderer_, frame, {{first.view(), 0}}), before))
+        << "unknown identity";
 }
 
 TEST_P(GpuRendererTest, BlursTheCameraAgainForAnotherPictureOrWidth) {
@@ -334,7 +330,7 @@ TEST_P(GpuRendererTest, DrawsTheNewCursorInTheNextFrame) {
     const BgraImage before = drawn(*renderer_, frame, {});
     renderer_->makeCursorTexture(CursorStyle::dot);
     const BgraImage after = drawn(*renderer_, frame, {});
-    EXPECT_FALSE(sameBytes(before, after));
+    EXPECT_FALSE(test::samePixels(before, after));
     CpuRenderer cpu(1, {});
     cpu.makeCursorTexture(CursorStyle::dot);
     const std::uint8_t* middle = test::pixelAt(drawn(cpu, frame, {}), 28, 18);
@@ -358,11 +354,13 @@ TEST_P(GpuRendererTest, LeavesWhatIsTooLargeForItToTheCpu) {
         each->makeCursorTexture(CursorStyle::dot);
     }
     const FrameSources sources{{recording.view(), 0}};
-    EXPECT_TRUE(sameBytes(drawn(*renderer_, frame, sources), drawn(cpu, frame, sources))) << "recording";
+    EXPECT_TRUE(test::samePixels(drawn(*renderer_, frame, sources), drawn(cpu, frame, sources)))
+        << "recording";
     frame.uniforms.a.x = tooWide;
-    EXPECT_TRUE(sameBytes(drawn(*renderer_, frame, {}), drawn(cpu, frame, {}))) << "canvas";
+    EXPECT_TRUE(test::samePixels(drawn(*renderer_, frame, {}), drawn(cpu, frame, {}))) << "canvas";
     frame = plainFrame();
-    EXPECT_FALSE(sameBytes(drawn(*renderer_, frame, {}), drawn(cpu, plainFrame(), sources))) << "fits again";
+    EXPECT_FALSE(test::samePixels(drawn(*renderer_, frame, {}), drawn(cpu, plainFrame(), sources)))
+        << "fits again";
 }
 
 INSTANTIATE_TEST_SUITE_P(EachApi, GpuRendererTest, ::testing::ValuesIn(test::everyGpuApi),

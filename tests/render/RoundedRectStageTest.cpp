@@ -29,7 +29,7 @@ void draw(const RoundedRectUniforms& rounded, BgraImage& canvas) {
     RoundedRectStage stage;
     stage.prepare(rounded, canvas.width(), canvas.height());
     for (int y = 0; y < canvas.height(); ++y)
-        stage.drawRow(y, canvas.row(y));
+        stage.drawRow(y, {0, canvas.width()}, canvas.row(y));
 }
 
 TEST(RoundedRectStageTest, DrawsWhatTheFormulaSays) {

@@ -34,7 +34,7 @@ class WebcamStageTest : public ::testing::Test {
         scratch_.grow(std::max(camera.pixels.width + 2, matte.pixels.width), canvas.width());
         stage_.prepare(webcam, camera, matte, canvas.width(), canvas.height(), pool_);
         for (int y = 0; y < canvas.height(); ++y)
-            stage_.drawRow(y, scratch_, canvas.row(y));
+            stage_.drawRow(y, {0, canvas.width()}, scratch_, canvas.row(y));
     }
 
     WorkerPool pool_{2};

@@ -2,14 +2,12 @@
 #include "support/SoundMaker.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <fstream>
 #include <numbers>
-#include <stdexcept>
 #include <utility>
 
-#include "support/ChildProcess.h"
+#include "support/Ffmpeg.h"
 
 namespace tessaloom::test {
 namespace {
@@ -63,11 +61,10 @@ void writeWave(const std::filesystem::path& path, std::span<const float> sound, 
 
 void convertSound(const std::filesystem::path& wave, const std::filesystem::path& target,
                   const std::vector<std::string>& options) {
-    std::vector<std::string> command{"ffmpeg", "-v", "error", "-nostdin", "-y", "-i", wave.string()};
-    command.insert(command.end(), options.begin(), options.end());
-    command.push_back(target.string());
-    ChildProcess process(command, currentEnvironment());
-    if (process.waitForExit(std::chrono::seconds(30)) != 0) throw std::runtime_error("ffmpeg failed");
+    std::vector<std::string> arguments{"-i", wave.string()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.push_back(target.string());
+    runFfmpeg(arguments);
 }
 
 MonoSource::MonoSource(Sound sound)

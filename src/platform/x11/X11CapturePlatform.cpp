@@ -1,16 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11CapturePlatform.h"
 
+#include <cmath>
+
 #include "capture/CaptureError.h"
 #include "platform/x11/X11BeneathWindows.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11InputSource.h"
 #include "platform/x11/X11PointerSource.h"
+#include "platform/x11/X11Reply.h"
 #include "platform/x11/X11ScreenStream.h"
 #include "platform/x11/X11ShareableContent.h"
 #include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
+namespace {
+
+constexpr int preflightSide = 16;
+
+std::int16_t inPixels(double points, double scale) {
+    return static_cast<std::int16_t>(std::lround(points * scale));
+}
+
+}  // namespace
 
 bool X11CapturePlatform::isThere() {
     try {
@@ -22,6 +34,17 @@ bool X11CapturePlatform::isThere() {
 
 ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*X11Connection::open());
+}
+
+bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
+    const auto connection = X11Connection::open();
+    const double scale = filter.pointPixelScale;
+    const std::int16_t x = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.x, scale);
+    const std::int16_t y = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.y, scale);
+    const auto cookie =
+        xcb_get_image(*connection, XCB_IMAGE_FORMAT_Z_PIXMAP, filter.window.value_or(connection->root()), x,
+                      y, preflightSide, preflightSide, ~0U);
+    return X11Reply<xcb_get_image_reply_t>(xcb_get_image_reply(*connection, cookie, nullptr)) != nullptr;
 }
 
 bool X11CapturePlatform::leavesOutOwnWindows() {

@@ -12,6 +12,7 @@ class X11CapturePlatform final : public CapturePlatform {
     static bool isThere();
 
     ShareableContent shareableContent() override;
+    bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
     BgraImage wallpaper() override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;

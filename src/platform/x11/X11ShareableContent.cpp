@@ -8,6 +8,8 @@
 #include <charconv>
 #include <fstream>
 
+#include "platform/x11/DesktopEntries.h"
+
 namespace tessaloom {
 namespace {
 
@@ -103,14 +105,20 @@ std::pair<std::string, std::string> instanceAndClass(const X11Connection& connec
     return {instance, rest.substr(0, rest.find('\0'))};
 }
 
-ShareableWindow describe(const X11Connection& connection, xcb_window_t id, const Rect& frame) {
+ShareableWindow describe(const X11Connection& connection, xcb_window_t id, const Rect& frame,
+                         const std::vector<DesktopEntry>& entries) {
     ShareableWindow window;
     window.id = id;
     window.frame = frame;
     const auto [instance, windowClass] = instanceAndClass(connection, id);
     window.bundleIdentifier = windowClass;
     const auto process = connection.property32(id, connection.atom("_NET_WM_PID"));
-    if (!process.empty()) window.applicationName = processName(process.front());
+    if (const DesktopEntry* entry = entryOfWindowClass(entries, windowClass)) {
+        window.applicationName = entry->name;
+        window.desktopID = entry->id;
+    } else if (!process.empty()) {
+        window.applicationName = processName(process.front());
+    }
     if (window.applicationName.empty()) window.applicationName = instance;
     window.isOurOwn = !process.empty() && process.front() == static_cast<std::uint32_t>(getpid());
     const auto title = connection.property(id, connection.atom("_NET_WM_NAME"));
@@ -140,12 +148,13 @@ ShareableContent readShareableContent(const X11Connection& connection) {
     content.displays = monitors(connection, content.pointPixelScale);
     if (content.displays.empty())
         content.displays.push_back(wholeScreen(connection, content.pointPixelScale));
+    const auto entries = readDesktopEntries(desktopEntryFolders());
     auto windows = stackedWindows(connection);
     std::ranges::reverse(windows);
     for (const xcb_window_t window : windows) {
         if (!isOrdinaryAndVisible(connection, window)) continue;
         if (const auto frame = frameOf(connection, window, content.pointPixelScale)) {
-            content.windows.push_back(describe(connection, window, *frame));
+            content.windows.push_back(describe(connection, window, *frame, entries));
         }
     }
     return content;

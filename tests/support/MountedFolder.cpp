@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "commands/MountedFolder.h"
+#include "support/MountedFolder.h"
 
 #include <sys/mount.h>
 
