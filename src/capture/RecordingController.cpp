@@ -34,11 +34,8 @@ TakeBundle createBundle(const std::filesystem::path& library) {
     std::error_code reportedBelow;
     std::filesystem::create_directories(library, reportedBelow);
     const QDateTime now = QDateTime::currentDateTime();
-    std::chrono::local_seconds start(std::chrono::seconds(now.toSecsSinceEpoch() + now.offsetFromUtc()));
-    // Of two recordings in one second the later one is named after the next.
-    while (std::filesystem::exists(library / TakeBundle::folderName(start), reportedBelow))
-        start += 1s;
-    return TakeBundle::create(library / TakeBundle::folderName(start));
+    const std::chrono::seconds localTime(now.toSecsSinceEpoch() + now.offsetFromUtc());
+    return TakeBundle::create(library / TakeBundle::folderName(std::chrono::local_seconds(localTime)));
 }
 
 /// Opens a device on a thread of its own, since the sound server may hang.
