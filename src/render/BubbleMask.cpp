@@ -82,7 +82,7 @@ BubbleMask::Row BubbleMask::rowAt(int y) const {
     return row;
 }
 
-// The shape's colour and its shadow are one straight-alpha colour laid over the canvas: the parts are those
+// The shape's colour and its shadow are one straight-alpha colour laid over the canvas: the shares are those
 // of camera and border in it, times its alpha, and what that leaves of the canvas.
 BubbleMask::Mix BubbleMask::mixAt(int x, int y) const {
     const double d = distance(x + 0.5, y + 0.5);

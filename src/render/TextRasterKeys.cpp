@@ -6,7 +6,7 @@
 namespace tessaloom {
 namespace {
 
-/// Between the parts of a key; no text that is shown contains it.
+/// Between the fields of a key; no text that is shown contains it.
 constexpr char separator = '\x01';
 
 }  // namespace

@@ -1,95 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/RecordingController.h"
 
-#include <gtest/gtest.h>
+#include "capture/RecordingFixture.h"
 
-#include <QCoreApplication>
-#include <future>
-#include <thread>
-
-#include "capture/CaptureError.h"
-#include "capture/NotingPresenter.h"
-#include "capture/ScriptedDevices.h"
-#include "capture/ScriptedPlatform.h"
-#include "media/MovieReader.h"
-#include "support/LogLines.h"
-#include "support/ManualWaitClock.h"
-#include "support/TemporaryFolder.h"
-
-namespace tessaloom {
+namespace tessaloom::test {
 namespace {
-
-using Script = test::ScriptedStream::Script;
-using State = RecordingController::State;
-using namespace std::chrono_literals;
-
-/// Everything is granted, with exceptions.
-struct ScriptedPermissions final : PermissionSystem {
-    std::map<Permission, PermissionStatus> exceptions;
-
-    PermissionStatus status(Permission permission) override {
-        const auto found = exceptions.find(permission);
-        return found == exceptions.end() ? PermissionStatus::granted : found->second;
-    }
-    QCoro::Task<> ask(Permission) override { co_return; }
-};
-
-class Recording : public ::testing::Test {
-  protected:
-    using StartedBy = RecordingController::StartedBy;
-
-    Recording() {
-        preferences.countdownSeconds = 0;
-        preferences.libraryFolder = folder.path() / "library";
-        preferences.captureMicrophone = false;
-        preferences.captureSystemAudio = false;
-    }
-    QCoro::Task<RecordingController::StartOutcome> startTask(StartedBy by = StartedBy::user) {
-        return controller.start(MainDisplaySource{}, preferences, cancel.get_token(), by);
-    }
-    RecordingController::StartOutcome start(StartedBy by = StartedBy::user) {
-        return throughCountdown(startTask(by));
-    }
-    RecordingController::AgentStartResult startForAgent(RecordingController::Options options = {}) {
-        return throughCountdown(
-            controller.startForAgent(options, MainDisplaySource{}, preferences, cancel.get_token()));
-    }
-    TakeBundle startedBundle() { return {std::get<RecordingController::Started>(start()).bundle}; }
-    void stop() { QCoro::waitFor(controller.stop()); }
-
-    /// Lets only the countdown's time pass.
-    template <typename Outcome>
-    Outcome throughCountdown(QCoro::Task<Outcome> task) {
-        const bool ended = clock.runUntil([&] {
-            for (const auto slice : {100ms, 120ms}) {
-                if (clock.somebodyWaits(slice)) clock.advance(slice);
-            }
-            return task.isReady();
-        });
-        EXPECT_TRUE(ended);
-        return QCoro::waitFor(task);
-    }
-    void except(std::map<Permission, PermissionStatus> exceptions) {
-        permissionSystem.exceptions = std::move(exceptions);
-        permissions.refresh();
-    }
-    void setPreview(bool on) { QCoro::waitFor(controller.setCameraPreview(on, "chosen")); }
-    std::size_t bundleCount() const {
-        const std::filesystem::directory_iterator entries(folder.path() / "library");
-        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-    }
-
-    test::ScriptedPlatform platform;
-    test::ScriptedDevices devices;
-    test::TemporaryFolder folder;
-    test::NotingPresenter presenter;
-    RecordingPreferences preferences;
-    std::stop_source cancel;
-    test::ManualWaitClock clock;
-    ScriptedPermissions permissionSystem;
-    PermissionsManager permissions{Defaults(folder.path() / "settings.ini"), permissionSystem};
-    RecordingController controller{platform, devices, presenter, permissions, clock};
-};
 
 TEST_F(Recording, LeavesACompleteBundle) {
     const TakeBundle bundle = startedBundle();
@@ -483,81 +398,6 @@ TEST_F(Recording, APreviewThatComesTooLateForTheRecordingIsLetGo) {
     stop();
 }
 
-TEST_F(Recording, AnAgentsOptionsStandWhateverTheUserPrefers) {
-    devices.hasMicrophone = devices.hasSystemAudio = true;
-    preferences.captureMicrophone = true;
-    preferences.captureSystemAudio = false;
-    startForAgent({.captureMicrophone = false, .captureSystemAudio = true});
-    EXPECT_EQ(devices.microphone.starts(), 0);
-    EXPECT_EQ(devices.systemAudio.starts(), 1);
-    stop();
-}
-
-TEST_F(Recording, AnAgentStopsWithoutAnEditor) {
-    devices.hasCamera = true;
-    const auto started = std::get<RecordingController::Started>(startForAgent());
-    EXPECT_EQ(QCoro::waitFor(controller.stopForAgent()), started.bundle);
-    EXPECT_TRUE(presenter.opened.empty());
-    EXPECT_EQ(presenter.bar, (std::vector<std::string>{"hidden", "hidden"})) << "at its start and its end";
-    EXPECT_EQ(QCoro::waitFor(controller.stopForAgent()), std::nullopt) << "nothing is going on any more";
-}
-
-TEST_F(Recording, AnAgentIsToldThatARecordingIsGoingOn) {
-    startedBundle();
-    const auto result = startForAgent();
-    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
-    EXPECT_EQ(std::get<RecordingController::Failed>(result).message,
-              "Tessaloom is already recording. Stop that recording first.");
-    EXPECT_EQ(controller.state(), State::recording);
-    EXPECT_TRUE(presenter.bar.empty());
-    stop();
-}
-
-TEST_F(Recording, AnAgentHearsWhyItsStartFailed) {
-    platform.stream = Script::endsWithoutFrame;
-    const auto result = startForAgent();
-    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
-    EXPECT_EQ(std::get<RecordingController::Failed>(result).message, CaptureError::noFrames().what());
-    EXPECT_TRUE(presenter.told.empty());
-}
-
-TEST_F(Recording, AnAgentHearsThatItsStartWasCancelled) {
-    cancel.request_stop();
-    const auto result = startForAgent();
-    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(result));
-    EXPECT_EQ(std::get<RecordingController::Failed>(result).message,
-              "The recording was cancelled before it started.");
-    EXPECT_EQ(presenter.bar, std::vector<std::string>{"hidden"}) << "it stays off";
-}
-
-TEST_F(Recording, AnAgentsEndsAfterTenMinutes) {
-    startForAgent();
-    clock.advance(599'999ms);
-    EXPECT_EQ(controller.state(), State::recording);
-    clock.advance(1ms);
-    EXPECT_TRUE(clock.runUntil([this] { return controller.state() == State::idle; }));
-    EXPECT_TRUE(presenter.opened.empty());
-}
-
-TEST_F(Recording, AUsersHasNoTimeLimit) {
-    startedBundle();
-    clock.advance(1h);
-    EXPECT_EQ(controller.state(), State::recording);
-    stop();
-}
-
-TEST_F(Recording, TheLimitOfAnAgentsOldRecordingIsNotTheNewOnes) {
-    startForAgent();
-    clock.advance(500s);
-    QCoro::waitFor(controller.stopForAgent());
-    preferences.libraryFolder = folder.path() / "another";  // two in one second have the same name
-    startForAgent();
-    clock.advance(200s);
-    EXPECT_EQ(controller.state(), State::recording);
-    clock.advance(400s);
-    EXPECT_TRUE(clock.runUntil([this] { return controller.state() == State::idle; }));
-}
-
 TEST_F(Recording, AFailedStartLetsGoOfAllDevices) {
     devices.hasMicrophone = devices.hasCamera = devices.hasSystemAudio = true;
     preferences.captureMicrophone = preferences.captureWebcam = preferences.captureSystemAudio = true;
@@ -568,4 +408,4 @@ TEST_F(Recording, AFailedStartLetsGoOfAllDevices) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::test

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 constexpr double flashTolerance = 1e-9;
 
-/// Fills the part of `target` from its top left corner with the first pixel of `picture`.
+/// Fills so much of `target`, from its top left corner, with the first pixel of `picture`.
 void fill(BgraImage& target, int width, int height, const SourcePicture& picture) {
     if (picture.pixels.empty()) return;
     for (int y = 0; y < height; ++y)

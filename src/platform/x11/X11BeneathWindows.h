@@ -37,7 +37,7 @@ class X11BeneathWindows {
     /// Where our own windows are.
     const std::vector<PixelRect>& ownAreas() const { return ownAreas_; }
 
-    /// Whether the window is one of those that draw() shows; if it is, the parts of our areas that its having
+    /// Whether the window is one of those that draw() shows; if it is, what of our areas its having
     /// changed may have changed. The server then tells of its next change.
     std::vector<PixelRect> takeDamage(xcb_window_t window);
 

@@ -4,7 +4,7 @@ layout(location = 0) in vec2 uv;
 layout(location = 0) out vec4 color;
 
 layout(std140, binding = 0) uniform Record {
-    vec4 shown; // the part of the texture that fills the target: origin and size, as fractions
+    vec4 shown; // what of the texture fills the target: origin and size, as fractions
 } u;
 layout(binding = 1) uniform sampler2D picture;
 
