@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "capture/DesktopScreen.h"
 #include "capture/InputSources.h"
 #include "capture/ScreenStream.h"
 #include "capture/ShareableContent.h"
@@ -22,8 +23,8 @@ class CapturePlatform {
     /// Whether a display's picture shows what lies beneath this program's own windows. Otherwise they are in
     /// it.
     virtual bool leavesOutOwnWindows() = 0;
-    /// What lies behind everything, over all displays, in pixels; empty when the desktop doesn't tell.
-    virtual BgraImage wallpaper() = 0;
+    /// The screen's wallpaper, of any size; empty when the desktop doesn't tell or it can't be read.
+    virtual BgraImage wallpaper(const DesktopScreen& screen) = 0;
     virtual std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) = 0;
     virtual std::unique_ptr<PointerSource> makePointerSource() = 0;
     virtual std::unique_ptr<InputEventSource> makeInputEventSource() = 0;

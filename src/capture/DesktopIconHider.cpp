@@ -9,25 +9,26 @@
 namespace tessaloom {
 namespace {
 
-QRect inPixels(const QScreen& screen) {
-    return {screen.geometry().topLeft(), screen.size() * screen.devicePixelRatio()};
+DesktopScreen describe(const QScreen& screen, int number) {
+    const QPoint corner = screen.geometry().topLeft();
+    const QSize size = screen.size() * screen.devicePixelRatio();
+    return {screen.name().toStdString(), number, {corner.x(), corner.y(), size.width(), size.height()}};
 }
 
-QImage partOf(const BgraView& wallpaper, const QRect& part) {
-    if (wallpaper.empty()) return {};
-    const QImage whole(wallpaper.pixels, wallpaper.width, wallpaper.height, wallpaper.stride,
-                       QImage::Format_RGB32);
-    return whole.copy(part);
+QImage copied(const BgraView& picture) {
+    if (picture.empty()) return {};
+    return QImage(picture.pixels, picture.width, picture.height, picture.stride, QImage::Format_RGB32).copy();
 }
 
 }  // namespace
 
 void DesktopIconHider::hide() {
     restore();
-    const BgraImage wallpaper = platform_.wallpaper();
+    int number = 0;  // Qt lists the primary screen first
     for (QScreen* screen : QGuiApplication::screens()) {
-        auto window = makeDesktopWindow("DesktopCover.qml", screen->size(),
-                                        {{"image", partOf(wallpaper.view(), inPixels(*screen))}});
+        const BgraImage wallpaper = platform_.wallpaper(describe(*screen, number++));
+        auto window =
+            makeDesktopWindow("DesktopCover.qml", screen->size(), {{"image", copied(wallpaper.view())}});
         window->setScreen(screen);
         window->setGeometry(screen->geometry());
         window->create();

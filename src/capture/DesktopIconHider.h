@@ -9,8 +9,8 @@
 
 namespace tessaloom {
 
-/// Covers the icons on the desktop, but no window, with the wallpaper; with plain grey where that can't be
-/// had. Main thread.
+/// Covers the icons on the desktop, but no window, with the wallpaper, stretched; with plain grey where that
+/// can't be had. Main thread.
 class DesktopIconHider {
   public:
     explicit DesktopIconHider(CapturePlatform& platform) : platform_(platform) {}

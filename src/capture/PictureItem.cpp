@@ -18,6 +18,7 @@ void PictureItem::setImage(const QImage& image) {
 
 void PictureItem::paint(QPainter* painter) {
     if (image_.isNull()) return;
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
     const QRectF area = boundingRect();
     if (radius_ <= 0) {
         painter->drawImage(area, image_);

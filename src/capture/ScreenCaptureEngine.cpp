@@ -93,7 +93,7 @@ struct ScreenCaptureEngine::Recording {
 };
 
 void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
-    if (ended) return;
+    if (ended || !frame.isComplete()) return;
     {
         const std::lock_guard guard(lock);
         if (!started) {

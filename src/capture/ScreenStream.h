@@ -25,10 +25,13 @@ struct ScreenPatch {
     int y = 0;
 };
 
-/// One complete frame, told as what changed since the one before; the first covers the whole picture.
+/// A frame, told as what changed since the one before; the first complete one covers the whole picture.
 struct ScreenFrame {
     double hostTime = 0;  ///< HostClock seconds at which the pixels were read
     std::span<const ScreenPatch> patches;
+
+    /// One that brings no pixels counts for nothing: it neither begins a recording nor is part of it.
+    bool isComplete() const { return !patches.empty(); }
 };
 
 /// Delivers a display's or a window's picture as it changes, without the pointer. Nothing is read while

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/SourceResolver.h"
 
+#include <QString>
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <utility>
 
@@ -25,10 +25,9 @@ Rect intersection(const Rect& a, const Rect& b) {
             std::max(0.0, std::min(a.maxY(), b.maxY()) - top)};
 }
 
-std::string lowercased(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
+/// In any script.
+std::string lowercased(const std::string& text) {
+    return QString::fromStdString(text).toLower().toStdString();
 }
 
 bool contains(const std::string& text, const std::string& part) {

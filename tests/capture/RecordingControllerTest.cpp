@@ -44,6 +44,19 @@ TEST_F(Recording, ASourceWithoutFramesFailsAndLeavesItsFolder) {
     EXPECT_EQ(bundleCount(), 1U);
 }
 
+TEST_F(Recording, AStreamKilledWhileItsFirstFrameIsAwaitedFailsAtOnce) {
+    std::promise<void> killed;
+    platform.stream = Script::endsWithoutFrame;
+    platform.streamEnd = killed.get_future().share();
+    auto task = startTask();
+    ASSERT_TRUE(clock.runUntilSomebodyWaits(8s));
+    killed.set_value();
+    const auto outcome = QCoro::waitFor(task);  // no time passes
+    ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(outcome));
+    EXPECT_EQ(std::get<RecordingController::Failed>(outcome).message, CaptureError::noFrames().what());
+    EXPECT_EQ(controller.state(), State::idle);
+}
+
 TEST_F(Recording, ASourceThatStaysHiddenFailsAfterEightSeconds) {
     platform.stream = Script::nothing;
     auto task = startTask();

@@ -61,6 +61,24 @@ TEST_F(ScreenCapture, WithoutAFrameNoFileIsLeft) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
+TEST_F(ScreenCapture, FramesThatAreNotCompleteStartNothing) {
+    const auto engine = start(Script::incompleteFrames);
+    QCoro::waitFor(engine->waitForOrigin(50ms));
+    EXPECT_FALSE(engine->started());
+    QCoro::waitFor(engine->stop());
+    EXPECT_EQ(engine->timelineOrigin(), 0);
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(ScreenCapture, TheFirstCompleteFrameIsTheOriginWhateverCameBefore) {
+    const double before = HostClock::seconds();
+    const auto engine = start(Script::incompleteThenOneFrame);
+    QCoro::waitFor(engine->waitForOrigin(5s));
+    EXPECT_GE(engine->timelineOrigin(), before);
+    QCoro::waitFor(engine->stop());
+    EXPECT_LT(MovieReader::scanDuration(file), 30);
+}
+
 TEST_F(ScreenCapture, AStreamThatEndsByItselfEndsTheWait) {
     std::string reason;
     const auto engine = start(Script::endsWithoutFrame, [&](const std::string& why) { reason = why; });

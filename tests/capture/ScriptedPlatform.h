@@ -10,26 +10,31 @@
 
 namespace tessaloom::test {
 
-/// Delivers one frame of any content at once, or none, or ends by itself.
+/// Delivers frames at once, or none, or ends by itself. A complete frame has any content.
 class ScriptedStream final : public ScreenStream {
   public:
-    enum class Script { oneFrame, nothing, endsWithoutFrame };
+    enum class Script { oneFrame, nothing, endsWithoutFrame, incompleteFrames, incompleteThenOneFrame };
 
-    /// Its stop returns once `mayStop` is ready, if that is valid.
+    /// Its stop returns once `mayStop` is ready, if that is valid; its end by itself waits for `mayEnd`.
     ScriptedStream(Script script, const StreamConfiguration& configuration,
-                   std::shared_future<void> mayStop = {})
+                   std::shared_future<void> mayStop = {}, std::shared_future<void> mayEnd = {})
         : script_(script),
           width_(configuration.source.width),
           height_(configuration.source.height),
-          mayStop_(std::move(mayStop)) {}
+          mayStop_(std::move(mayStop)),
+          mayEnd_(std::move(mayEnd)) {}
     ~ScriptedStream() override { stop(); }
     ScriptedStream(const ScriptedStream&) = delete;
     ScriptedStream& operator=(const ScriptedStream&) = delete;
 
     void start(FrameHandler onFrame, StopHandler onStopped) override {
         thread_ = std::jthread([this, onFrame = std::move(onFrame), onStopped = std::move(onStopped)] {
-            if (script_ == Script::endsWithoutFrame) onStopped("The script ended.");
-            if (script_ != Script::oneFrame) return;
+            if (script_ == Script::endsWithoutFrame) end(onStopped);
+            if (script_ == Script::incompleteFrames || script_ == Script::incompleteThenOneFrame) {
+                for (int frame = 0; frame < 3; ++frame)
+                    onFrame({HostClock::seconds() - 60, {}});
+            }
+            if (script_ != Script::oneFrame && script_ != Script::incompleteThenOneFrame) return;
             const BgraImage picture(width_, height_);
             const std::vector<ScreenPatch> patches{{picture.view(), 0, 0}};
             onFrame({HostClock::seconds(), patches});
@@ -41,10 +46,16 @@ class ScriptedStream final : public ScreenStream {
     }
 
   private:
+    void end(const StopHandler& onStopped) const {
+        if (mayEnd_.valid()) mayEnd_.wait();
+        onStopped("The script ended.");
+    }
+
     Script script_;
     int width_;
     int height_;
     std::shared_future<void> mayStop_;
+    std::shared_future<void> mayEnd_;
     std::jthread thread_;
 };
 
@@ -85,19 +96,20 @@ struct ScriptedPlatform final : CapturePlatform {
     bool refusesPictures = false;
     bool pointerIsKnown = true;
     std::shared_future<void> streamStop;  ///< when the stream's stop returns, if that is to be delayed
+    std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
     std::vector<Rect> preflights;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
-    BgraImage wallpaper() override { return {}; }
+    BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     bool takePreflightPicture(const ContentFilter& filter) override {
         preflights.push_back(filter.contentRect);
         return !refusesPictures;
     }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
         ++streamsMade;
-        return std::make_unique<ScriptedStream>(stream, configuration, streamStop);
+        return std::make_unique<ScriptedStream>(stream, configuration, streamStop, streamEnd);
     }
     std::unique_ptr<PointerSource> makePointerSource() override {
         return std::make_unique<StillPointer>(pointerIsKnown);

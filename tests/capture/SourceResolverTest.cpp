@@ -88,6 +88,9 @@ TEST(SourceResolver, AnAreaOffEveryDisplayFails) {
 
 TEST(SourceResolver, ApplicationNamesAreContainedWithoutCase) {
     EXPECT_EQ(resolveSource(AppWindowSource{"SAF", {}}, desktop()).filter.window, 3U);
+    auto content = desktop();
+    content.windows[2].applicationName = "ÜBERSICHT";
+    EXPECT_EQ(resolveSource(AppWindowSource{"übers", {}}, content).filter.window, 3U);
 }
 
 TEST(SourceResolver, IdentifiersMustBeEqualWithoutCase) {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <fstream>
 #include <thread>
 
 #include "desktop/DesktopRecording.h"
@@ -43,25 +41,6 @@ TEST(CameraBubble, IsOnTheScreenWhileRecordingButNotInThePicture) {
         const BgraImage last = recordedPicture(bundle, logDuration(bundle.readLog()));
         EXPECT_TRUE(isNearly(colorAt(last, at.x, at.y), 0x3060F0)) << at.x;
     }
-}
-
-TEST(DesktopIcons, AreCoveredInThePictureBehindAllWindows) {
-    const VirtualDesktop desktop(640, 480);
-    const XInjector injector(desktop.displayName());
-    const TemporaryFolder library;
-    auto environment = programEnvironment(desktop.environment(), library.path());
-    std::ofstream(environment["TESSALOOM_CONFIG"]) << "hideDesktopIcons=true\n";
-    const TestWindow window(injector.connection(), {.rect = {100, 100, 100, 100}, .rgb = green});
-    ChildProcess program({TESSALOOM_PROGRAM, "record", "--countdown", "0", "--no-microphone",
-                          "--no-system-audio", "--duration", "1.5"},
-                         environment);
-    ASSERT_EQ(program.waitForExit(20s), 0) << program.errors();
-    const std::string output = program.output();
-    const TakeBundle bundle{output.substr(0, output.find('\n'))};
-    const BgraImage last = recordedPicture(bundle, 1.2);
-    EXPECT_TRUE(isNearly(colorAt(last, 20, 20), 0x1F1F1F));
-    EXPECT_TRUE(isNearly(colorAt(last, 150, 150), green));
-    EXPECT_EQ(screenColorAt(injector, 20, 20), 0x000000U) << "the cover has stayed";
 }
 
 }  // namespace

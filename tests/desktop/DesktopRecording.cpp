@@ -16,6 +16,11 @@ using namespace std::chrono_literals;
 
 constexpr int colorTolerance = 6;
 
+void runOn(const VirtualDesktop& desktop, const std::string& command) {
+    ChildProcess shell({"sh", "-c", command}, desktop.environment());
+    if (shell.waitForExit(5s) != 0) throw std::runtime_error(command + ": " + shell.errors());
+}
+
 std::string withoutLineEnd(std::string text) {
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
@@ -59,6 +64,15 @@ TakeBundle DesktopRecording::waitForEnd() {
     const TakeBundle finished{withoutLineEnd(program_->output())};
     if (finished.url != bundle().url) throw std::runtime_error("unexpected output: " + program_->output());
     return finished;
+}
+
+void splitScreen(const VirtualDesktop& desktop) {
+    runOn(desktop, "xrandr --setmonitor '*LEFT' 320/100x480/100+0+0 screen");
+    runOn(desktop, "xrandr --setmonitor RIGHT 320/100x480/100+320+0 none");
+}
+
+void setDotsPerInch(const VirtualDesktop& desktop, int dotsPerInch) {
+    runOn(desktop, "echo 'Xft.dpi: " + std::to_string(dotsPerInch) + "' | xrdb -merge");
 }
 
 BgraImage recordedPicture(const TakeBundle& bundle, double time) {

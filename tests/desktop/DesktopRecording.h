@@ -45,6 +45,13 @@ class DesktopRecording {
 /// The environment for the program with this library and settings of its own.
 Environment programEnvironment(const Environment& desktop, const std::filesystem::path& library);
 
+/// Puts two monitors, the left one primary, side by side on a desktop of 640 by 480 pixels. Throws
+/// std::runtime_error when the server refuses; so does the next.
+void splitScreen(const VirtualDesktop& desktop);
+
+/// 96 are one pixel per point.
+void setDotsPerInch(const VirtualDesktop& desktop, int dotsPerInch);
+
 /// The recorded picture in force at `time` seconds. Throws std::runtime_error when there is none.
 BgraImage recordedPicture(const TakeBundle& bundle, double time);
 

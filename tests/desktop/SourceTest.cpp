@@ -16,15 +16,6 @@ using namespace std::chrono_literals;
 constexpr std::uint32_t green = 0x20A040;
 constexpr std::uint32_t red = 0xC02020;
 
-/// Puts two monitors side by side on the server's one output.
-void splitScreen(const VirtualDesktop& desktop) {
-    for (const char* monitor : {"LEFT 320/100x480/100+0+0 screen", "RIGHT 320/100x480/100+320+0 none"}) {
-        ChildProcess xrandr({"sh", "-c", std::string("xrandr --setmonitor ") + monitor},
-                            desktop.environment());
-        ASSERT_EQ(xrandr.waitForExit(5s), 0) << xrandr.errors();
-    }
-}
-
 /// The words with which a recording refuses to start.
 std::string refusal(const VirtualDesktop& desktop, const std::vector<std::string>& arguments) {
     const TemporaryFolder library;
@@ -55,7 +46,7 @@ TEST(Source, AnAreaIsRecordedAlone) {
 
 TEST(Source, DisplaysAreTheServersMonitors) {
     const VirtualDesktop desktop(640, 480);
-    ASSERT_NO_FATAL_FAILURE(splitScreen(desktop));
+    splitScreen(desktop);
     const XInjector injector(desktop.displayName());
     TestWindow window(injector.connection(), {.rect = {320, 0, 320, 480}, .rgb = green});
     DesktopRecording recording(desktop, {"--display", "1", "--duration", "0.5"});
@@ -69,7 +60,7 @@ TEST(Source, DisplaysAreTheServersMonitors) {
 
 TEST(Source, AnAreaAcrossTwoMonitorsIsCutToTheOneWithMoreOfIt) {
     const VirtualDesktop desktop(640, 480);
-    ASSERT_NO_FATAL_FAILURE(splitScreen(desktop));
+    splitScreen(desktop);
     DesktopRecording recording(desktop, {"--area", "300,100,100,100", "--duration", "0.5"});
     EXPECT_EQ(recording.waitForEnd().readLog().captureRect, (CaptureRect{320, 100, 80, 100, 1}));
 }
@@ -91,8 +82,7 @@ TEST(Source, AnUnknownWindowIsRefused) {
 
 TEST(Source, ScaledDesktopsAreMeasuredInPoints) {
     const VirtualDesktop desktop(640, 480);
-    ChildProcess xrdb({"sh", "-c", "printf 'Xft.dpi:\\t192\\n' | xrdb -merge"}, desktop.environment());
-    ASSERT_EQ(xrdb.waitForExit(5s), 0) << xrdb.errors();
+    setDotsPerInch(desktop, 192);
     DesktopRecording recording(desktop, {"--area", "10,10,100,50", "--duration", "0.5"});
     const TakeBundle bundle = recording.waitForEnd();
     EXPECT_EQ(bundle.readLog().captureRect, (CaptureRect{10, 10, 100, 50, 2}));

@@ -31,6 +31,11 @@ class RecordedStream {
     bool waitForColor(int x, int y, std::uint32_t color) {
         return waitFor([&] { return colorAt(x, y) == color; });
     }
+    /// What the picture shows at a place, as 0xRRGGBB.
+    std::uint32_t shownAt(int x, int y) {
+        const std::lock_guard guard(lock_);
+        return colorAt(x, y);
+    }
     bool waitForFrames(std::size_t count) {
         return waitFor([&] { return times_.size() >= count; });
     }

@@ -3,11 +3,13 @@
 #include <unistd.h>
 
 #include <QByteArray>
+#include <fstream>
 #include <optional>
 #include <thread>
 
 #include "platform/RecordedStream.h"
 #include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 #include "support/VirtualDesktop.h"
 #include "support/XInjector.h"
@@ -135,6 +137,88 @@ TEST_P(X11OwnWindows, OfTheDesktopBelongInThePicture) {
     RecordedStream stream(screen());
     EXPECT_TRUE(stream.waitForColor(140, 130, blue));
 }
+
+/// No window but our own lies on the desktop.
+class BareDesktop : public X11OwnWindows {
+  protected:
+    BareDesktop() { background.unmap(); }
+
+    void setBackground(const std::vector<std::string>& arguments) const {
+        std::vector<std::string> command{"xsetroot"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        test::ChildProcess xsetroot(command, desktop.environment());
+        ASSERT_EQ(xsetroot.waitForExit(10s), 0) << xsetroot.errors();
+    }
+};
+
+TEST_P(BareDesktop, OfOneColourGoesOnBeneathOurWindows) {
+    setBackground({"-solid", "#204060"});
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    // A compositing manager that knows of no wallpaper shows a colour of its own.
+    const std::uint32_t desktopColor = GetParam() ? stream.shownAt(10, 10) : 0x204060;
+    ASSERT_NE(desktopColor, 0U);
+    for (const auto& [x, y] : {std::pair{10, 10}, {99, 99}, {100, 100}, {140, 130}, {179, 159}, {180, 160}})
+        EXPECT_EQ(stream.shownAt(x, y), desktopColor) << x << ' ' << y;
+}
+
+TEST_P(BareDesktop, WhoseColourChangesDoesSoBeneathOurWindowsToo) {
+    if (GetParam()) GTEST_SKIP() << "this compositing manager shows a colour of its own";
+    setBackground({"-solid", "#204060"});
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForColor(140, 130, 0x204060));
+    setBackground({"-solid", "#a05020"});
+    EXPECT_TRUE(stream.waitForColor(10, 10, 0xA05020));
+    EXPECT_TRUE(stream.waitForColor(140, 130, 0xA05020));
+}
+
+TEST_P(BareDesktop, OfTilesGoesOnBeneathOurWindows) {
+    const test::TemporaryFolder folder;
+    const auto file = folder.path() / "tile.xbm";
+    std::ofstream(file)
+        << "#define tile_width 13\n#define tile_height 7\nstatic unsigned char tile_bits[] = {\n"
+           "0x01,0x00,0xff,0x03,0x0e,0x1f,0x55,0x0a,0xf0,0x00,0x81,0x11,0x3c,0x03};\n";
+    setBackground({"-bitmap", file.string(), "-fg", "#c02010", "-bg", "#1040e0"});
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    if (!GetParam()) {
+        ASSERT_EQ(stream.shownAt(0, 0), red);
+    }
+    for (int y = 90; y < 170; ++y) {
+        for (int x = 90; x < 190; ++x)
+            ASSERT_EQ(stream.shownAt(x, y), stream.shownAt(x % 13, y % 7)) << x << ' ' << y;
+    }
+}
+
+TEST_P(BareDesktop, WithAWallpaperShowsItBeneathOurWindows) {
+    const xcb_screen_t* root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    const xcb_pixmap_t wallpaper = xcb_generate_id(connection);
+    xcb_create_pixmap(connection, root->root_depth, wallpaper, root->root, 320, 240);
+    const xcb_gcontext_t painting = xcb_generate_id(connection);
+    xcb_create_gc(connection, painting, wallpaper, 0, nullptr);
+    for (std::uint16_t column = 0; column < 320; ++column) {
+        const std::uint32_t color = 0x102030 + column;
+        xcb_change_gc(connection, painting, XCB_GC_FOREGROUND, &color);
+        const xcb_rectangle_t line{static_cast<std::int16_t>(column), 0, 1, 240};
+        xcb_poly_fill_rectangle(connection, wallpaper, painting, 1, &line);
+    }
+    xcb_change_window_attributes(connection, root->root, XCB_CW_BACK_PIXMAP, &wallpaper);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root->root, atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP,
+                        32, 1, &wallpaper);
+    xcb_clear_area(connection, 0, root->root, 0, 0, 0, 0);
+    test::synchronize(connection);
+    const auto own = ownWindow({100, 100, 80, 60});
+    RecordedStream stream(screen());
+    EXPECT_TRUE(stream.waitForColor(10, 10, 0x102030 + 10));
+    for (const int x : {100, 140, 179})
+        EXPECT_TRUE(stream.waitForColor(x, 130, 0x102030 + static_cast<std::uint32_t>(x))) << x;
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutAndWithCompositing, BareDesktop, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "composited" : "plain"; });
 
 INSTANTIATE_TEST_SUITE_P(WithoutAndWithCompositing, X11OwnWindows, ::testing::Bool(),
                          [](const auto& info) { return info.param ? "composited" : "plain"; });

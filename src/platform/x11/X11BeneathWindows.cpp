@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/x11/DamageRegion.h"
-#include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
 namespace {
@@ -23,11 +22,6 @@ bool overlap(const PixelRect& a, const PixelRect& b) {
 
 bool overlapAny(const PixelRect& rect, const std::vector<PixelRect>& areas) {
     return std::ranges::any_of(areas, [&](const PixelRect& area) { return overlap(rect, area); });
-}
-
-xcb_rectangle_t serverRect(const PixelRect& rect, int originX, int originY) {
-    return {static_cast<std::int16_t>(rect.x - originX), static_cast<std::int16_t>(rect.y - originY),
-            static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
 }
 
 struct ShownWindow {
@@ -68,6 +62,12 @@ std::vector<ShownWindow> shownWindows(const X11Connection& connection) {
     return shown;
 }
 
+PixelRect rootFrame(const X11Connection& connection) {
+    const X11Reply<xcb_get_geometry_reply_t> root(
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, connection.root()), nullptr));
+    return root ? PixelRect{0, 0, root->width, root->height} : PixelRect{};
+}
+
 bool isComposited(const X11Connection& connection) {
     const xcb_atom_t selection = connection.atom("_NET_WM_CM_S0");
     if (selection == XCB_ATOM_NONE) return false;
@@ -97,6 +97,7 @@ X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connecti
         xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
     readFormats();
     composited_ = isComposited(connection);
+    desktop_.emplace(connection, composited_);
     refresh();
 }
 
@@ -143,13 +144,16 @@ bool X11BeneathWindows::refresh() {
     const auto before = std::exchange(ownAreas_, {});
     stack_.clear();
     std::vector<ShownWindow> others;
+    std::vector<PixelRect> frames;
     for (const ShownWindow& window : shownWindows(connection_)) {
+        frames.push_back(window.frame);
         if (isOurOwn(window.id)) {
             ownAreas_.push_back(window.frame);
         } else {
             others.push_back(window);
         }
     }
+    desktop_->setWindows(rootFrame(connection_), std::move(frames));
     for (const ShownWindow& window : others) {
         if (overlapAny(window.frame, ownAreas_)) show(window.id, window.frame, window.border, window.depth);
     }
@@ -196,22 +200,7 @@ std::vector<PixelRect> X11BeneathWindows::takeDamage(xcb_window_t id) {
 }
 
 void X11BeneathWindows::draw(const PixelRect& part, xcb_pixmap_t target, int originX, int originY) const {
-    const xcb_pixmap_t wallpaper = wallpaperPixmap(connection_);
-    const xcb_gcontext_t context = xcb_generate_id(connection_);
-    const std::uint32_t black = connection_.screen().black_pixel;
-    xcb_create_gc(connection_, context, target, XCB_GC_FOREGROUND, &black);
-    if (wallpaper != XCB_NONE) {
-        const std::uint32_t tile[] = {XCB_FILL_STYLE_TILED, wallpaper, static_cast<std::uint32_t>(-originX),
-                                      static_cast<std::uint32_t>(-originY)};
-        xcb_change_gc(
-            connection_, context,
-            XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X | XCB_GC_TILE_STIPPLE_ORIGIN_Y,
-            tile);
-    }
-    const xcb_rectangle_t area = serverRect(part, originX, originY);
-    xcb_poly_fill_rectangle(connection_, target, context, 1, &area);
-    xcb_free_gc(connection_, context);
-
+    desktop_->draw(part, target, originX, originY);
     const xcb_render_picture_t picture = xcb_generate_id(connection_);
     xcb_render_create_picture(connection_, picture, target, opaqueFormat_, 0, nullptr);
     for (const xcb_window_t id : stack_)

@@ -6,16 +6,18 @@
 #include <xcb/xcb.h>
 
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "media/PixelRect.h"
+#include "platform/x11/X11BareDesktop.h"
 #include "platform/x11/X11Connection.h"
 
 namespace tessaloom {
 
-/// Draws what the screen would show if this program's own windows were not there: the wallpaper, and the
-/// pixels that the server keeps of every other window. Our desktop cover counts as the others do. All
-/// rectangles are in root coordinates.
+/// Draws what the screen would show if this program's own windows were not there: the bare
+/// desktop, and the pixels that the server keeps of every other window. Our desktop cover counts as the
+/// others do. All rectangles are in root coordinates.
 class X11BeneathWindows {
   public:
     /// Whether the server has all that this takes.
@@ -65,6 +67,7 @@ class X11BeneathWindows {
     xcb_render_pictformat_t opaqueFormat_ = 0;
     xcb_render_pictformat_t alphaFormat_ = 0;
     bool composited_ = false;  ///< whether a compositing manager makes use of windows' alpha
+    std::optional<X11BareDesktop> desktop_;
     std::map<xcb_window_t, bool> isOwn_;
     std::vector<PixelRect> ownAreas_;
     std::vector<xcb_window_t> stack_;  ///< those shown, from the bottom up

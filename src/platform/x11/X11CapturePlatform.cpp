@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "capture/CaptureError.h"
+#include "platform/desktop/DesktopWallpaper.h"
 #include "platform/x11/X11BeneathWindows.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11InputSource.h"
@@ -11,6 +12,7 @@
 #include "platform/x11/X11Reply.h"
 #include "platform/x11/X11ScreenStream.h"
 #include "platform/x11/X11ShareableContent.h"
+#include "platform/x11/X11WaitLimit.h"
 #include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
@@ -33,11 +35,14 @@ bool X11CapturePlatform::isThere() {
 }
 
 ShareableContent X11CapturePlatform::shareableContent() {
-    return readShareableContent(*X11Connection::open());
+    const auto connection = X11Connection::open();
+    const X11WaitLimit limit(*connection);
+    return readShareableContent(*connection);
 }
 
 bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
     const auto connection = X11Connection::open();
+    const X11WaitLimit limit(*connection);
     const double scale = filter.pointPixelScale;
     const std::int16_t x = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.x, scale);
     const std::int16_t y = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.y, scale);
@@ -48,11 +53,16 @@ bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
 }
 
 bool X11CapturePlatform::leavesOutOwnWindows() {
-    return X11BeneathWindows::isPossible(*X11Connection::open());
+    const auto connection = X11Connection::open();
+    const X11WaitLimit limit(*connection);
+    return X11BeneathWindows::isPossible(*connection);
 }
 
-BgraImage X11CapturePlatform::wallpaper() {
-    return readWallpaper(*X11Connection::open());
+BgraImage X11CapturePlatform::wallpaper(const DesktopScreen& screen) {
+    if (auto picture = desktopWallpaper(screen)) return std::move(*picture);
+    const auto connection = X11Connection::open();
+    const X11WaitLimit limit(*connection);
+    return readWallpaper(*connection, screen.area);
 }
 
 std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamConfiguration& configuration) {
@@ -61,6 +71,7 @@ std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamC
 
 std::unique_ptr<PointerSource> X11CapturePlatform::makePointerSource() {
     auto connection = X11Connection::open();
+    const X11WaitLimit limit(*connection);
     const double scale = pointPixelScale(*connection);
     return std::make_unique<X11PointerSource>(std::move(connection), scale);
 }

@@ -14,7 +14,7 @@ class X11CapturePlatform final : public CapturePlatform {
     ShareableContent shareableContent() override;
     bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
-    BgraImage wallpaper() override;
+    BgraImage wallpaper(const DesktopScreen& screen) override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;
     std::unique_ptr<InputEventSource> makeInputEventSource() override;

@@ -4,7 +4,10 @@
 #include <sys/socket.h>
 
 #include <cstring>
+#include <future>
 #include <stdexcept>
+#include <thread>
+#include <utility>
 
 #include "capture/CaptureError.h"
 
@@ -12,6 +15,7 @@ namespace tessaloom {
 namespace {
 
 constexpr const char* advice = "Run this inside an X11 session, or set DISPLAY to one.";
+constexpr const char* serverHangs = "The X server doesn't answer; wait until it does, or start it anew.";
 constexpr std::uint32_t longestPropertyInWords = 1U << 16;
 
 const xcb_screen_t* screenNumber(const xcb_setup_t* setup, int number) {
@@ -24,12 +28,25 @@ const xcb_screen_t* screenNumber(const xcb_setup_t* setup, int number) {
 }  // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open() {
-    int number = 0;
-    std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &number));
+    // A server that hangs takes the connection, but never greets: that wait is left alone.
+    std::packaged_task<std::pair<Handle, int>()> connect([] {
+        int number = 0;
+        Handle connection(xcb_connect(nullptr, &number));
+        return std::pair(std::move(connection), number);
+    });
+    auto greeting = connect.get_future();
+    std::thread(std::move(connect)).detach();
+    if (greeting.wait_for(answerLimit) != std::future_status::ready)
+        throw CaptureError::noDisplay(serverHangs);
+    auto [connection, number] = greeting.get();
     if (xcb_connection_has_error(connection.get()) != 0) throw CaptureError::noDisplay(advice);
     const xcb_screen_t* screen = screenNumber(xcb_get_setup(connection.get()), number);
     if (screen == nullptr) throw CaptureError::noDisplay(advice);
-    return std::unique_ptr<X11Connection>(new X11Connection(connection.release(), screen));
+    return std::unique_ptr<X11Connection>(new X11Connection(std::move(connection), screen));
+}
+
+void X11Connection::requireServer() const {
+    if (lost()) throw CaptureError::noDisplay(serverHangs);
 }
 
 void X11Connection::hangUp() const {
@@ -40,6 +57,7 @@ void X11Connection::hangUp() const {
 const xcb_query_extension_reply_t& X11Connection::requireExtension(xcb_extension_t* extension,
                                                                    const char* name) const {
     const auto* reply = xcb_get_extension_data(connection_.get(), extension);
+    requireServer();
     if (reply == nullptr || reply->present == 0) {
         throw std::runtime_error(std::string("The X server lacks the ") + name +
                                  " extension, which recording needs.");

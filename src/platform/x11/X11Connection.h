@@ -3,6 +3,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,7 +18,10 @@ namespace tessaloom {
 /// thread sees another's events.
 class X11Connection {
   public:
-    /// Throws CaptureError::noDisplay when no server answers.
+    /// How long a server may take to answer before it counts as hung.
+    static constexpr std::chrono::seconds answerLimit{4};
+
+    /// Throws CaptureError::noDisplay when no server answers, in time.
     static std::unique_ptr<X11Connection> open();
 
     operator xcb_connection_t*() const { return connection_.get(); }
@@ -35,6 +39,10 @@ class X11Connection {
     /// connection. The only operation that another thread may call.
     void hangUp() const;
 
+    /// Throws CaptureError::noDisplay when the connection is lost: answers that didn't come then mean
+    /// nothing.
+    void requireServer() const;
+
     /// Throws std::runtime_error "The X server lacks the … extension, …" when it is not there.
     const xcb_query_extension_reply_t& requireExtension(xcb_extension_t* extension, const char* name) const;
 
@@ -50,10 +58,12 @@ class X11Connection {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
-    X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen)
-        : connection_(connection), screen_(screen) {}
+    using Handle = std::unique_ptr<xcb_connection_t, Disconnect>;
 
-    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    X11Connection(Handle connection, const xcb_screen_t* screen)
+        : connection_(std::move(connection)), screen_(screen) {}
+
+    Handle connection_;
     const xcb_screen_t* screen_;
 };
 

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "base/HostClock.h"
+#include "platform/x11/X11WaitLimit.h"
 
 namespace tessaloom {
 namespace {
@@ -32,11 +33,13 @@ X11InputSource::~X11InputSource() {
 }
 
 void X11InputSource::start(Handler handler) {
+    const X11WaitLimit limit(*connection_);
     handler_ = std::move(handler);
     inputExtension_ = connection_->requireExtension(&xcb_input_id, "XInput").major_opcode;
     keyboard_.emplace(*connection_);
     readPointerMapping();
     selectRawEvents();
+    connection_->requireServer();
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
 }
 

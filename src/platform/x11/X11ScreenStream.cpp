@@ -11,9 +11,11 @@
 #include <cstring>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11WaitLimit.h"
 
 namespace tessaloom {
 namespace {
@@ -68,12 +70,14 @@ X11ScreenStream::~X11ScreenStream() {
 }
 
 void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
+    const X11WaitLimit limit(*connection_);
     if (connection_->screen().root_depth != trueColorDepth)
         throw std::runtime_error("The screen doesn't have 24 bits of colour, which recording needs.");
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
     source_ = X11StreamSource::open(*connection_, configuration_);
     damage_ = std::make_unique<Damage>(*connection_, source_->damagedWindow());
     pixels_ = std::make_unique<X11ShmSegment>(*connection_, byteCount(wholePicture(configuration_)));
+    connection_->requireServer();
     onFrame_ = std::move(onFrame);
     onStopped_ = std::move(onStopped);
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
@@ -175,10 +179,10 @@ std::vector<PixelRect> X11ScreenStream::takeDamage() {
     const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
     const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
     for (const xcb_rectangle_t* rect = first; rect != first + count; ++rect) {
-        const PixelRect damaged{rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(),
-                                rect->width, rect->height};
-        if (!source_->isDamageMeaningless(damaged)) rects.push_back(damaged);
+        rects.push_back({rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(), rect->width,
+                         rect->height});
     }
+    rects = source_->changedBy(std::move(rects));
     std::ranges::copy(source_->takeHiddenDamage(), std::back_inserter(rects));
     return rects;
 }

@@ -157,6 +157,7 @@ ShareableContent readShareableContent(const X11Connection& connection) {
             content.windows.push_back(describe(connection, window, *frame, entries));
         }
     }
+    connection.requireServer();
     return content;
 }
 

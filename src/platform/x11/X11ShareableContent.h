@@ -6,7 +6,8 @@
 
 namespace tessaloom {
 
-/// The server's monitors and mapped top-level windows at this moment.
+/// The server's monitors and mapped top-level windows at this moment. Throws CaptureError::noDisplay when the
+/// connection was lost over it.
 ShareableContent readShareableContent(const X11Connection& connection);
 
 /// Pixels per point: the desktop's text resolution (Xft.dpi) over 96, 1 when it isn't set.

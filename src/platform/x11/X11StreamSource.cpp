@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -57,6 +58,11 @@ bool isAboutStack(const xcb_generic_event_t& event) {
         default:
             return false;
     }
+}
+
+bool touch(const PixelRect& a, const PixelRect& b) {
+    const PixelRect common = intersection({a.x - 1, a.y - 1, a.width + 2, a.height + 2}, b);
+    return common.width > 0 && common.height > 0;
 }
 
 /// A part of the whole screen, without our own windows: where they are, what lies beneath is drawn into a
@@ -130,9 +136,18 @@ class RootSource final : public X11StreamSource {
 
     std::vector<PixelRect> takeHiddenDamage() override { return std::exchange(hiddenDamage_, {}); }
 
-    bool isDamageMeaningless(const PixelRect& rect) const override {
-        return std::ranges::any_of(ownAreas_,
-                                   [&](const PixelRect& area) { return intersection(rect, area) == rect; });
+    /// What our own windows draw is no change. But a new background of the screen tells of itself only all
+    /// around a window that lies on it, not beneath.
+    std::vector<PixelRect> changedBy(std::vector<PixelRect> damage) const override {
+        std::erase_if(damage, [&](const PixelRect& rect) {
+            return std::ranges::any_of(
+                ownAreas_, [&](const PixelRect& area) { return intersection(rect, area) == rect; });
+        });
+        const auto touched = [&, around = damage](const PixelRect& area) {
+            return std::ranges::any_of(around, [&](const PixelRect& rect) { return touch(rect, area); });
+        };
+        std::ranges::copy_if(ownAreas_, std::back_inserter(damage), touched);
+        return damage;
     }
 
     void prepare(const std::vector<PixelRect>& rects) override {

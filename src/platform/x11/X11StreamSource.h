@@ -39,8 +39,8 @@ class X11StreamSource {
     /// What changed that the damaged window's damage doesn't tell, in picture coordinates. Emptied by the
     /// call.
     virtual std::vector<PixelRect> takeHiddenDamage() { return {}; }
-    /// Whether the damaged window's damage tells nothing about the rectangle, in picture coordinates.
-    virtual bool isDamageMeaningless(const PixelRect&) const { return false; }
+    /// What may have changed for this damage of the damaged window, both in picture coordinates.
+    virtual std::vector<PixelRect> changedBy(std::vector<PixelRect> damage) const { return damage; }
     /// Brings these parts of the drawable up to date, in picture coordinates. Before each reading.
     virtual void prepare(const std::vector<PixelRect>&) {}
 

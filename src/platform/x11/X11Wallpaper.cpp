@@ -9,14 +9,18 @@ namespace {
 
 constexpr std::size_t bytesPerPixel = 4;
 
-BgraImage tiled(const std::uint8_t* pixels, int tileWidth, int tileHeight, int width, int height) {
-    BgraImage picture(width, height);
-    for (int y = 0; y < height; ++y) {
-        const auto offset = static_cast<std::size_t>(y % tileHeight) * static_cast<std::size_t>(tileWidth);
-        for (int x = 0; x < width; x += tileWidth) {
-            const auto count = static_cast<std::size_t>(std::min(tileWidth, width - x));
-            std::memcpy(picture.row(y) + static_cast<std::size_t>(x) * bytesPerPixel,
-                        pixels + offset * bytesPerPixel, count * bytesPerPixel);
+/// What the repeated tile shows in `area`.
+BgraImage tiled(const std::uint8_t* tile, int tileWidth, int tileHeight, const PixelRect& area) {
+    BgraImage picture(area.width, area.height);
+    for (int y = 0; y < area.height; ++y) {
+        const std::uint8_t* row = tile + bytesPerPixel * static_cast<std::size_t>(tileWidth) *
+                                             static_cast<std::size_t>((area.y + y) % tileHeight);
+        for (int x = 0, count = 0; x < area.width; x += count) {
+            const int start = (area.x + x) % tileWidth;
+            count = std::min(tileWidth - start, area.width - x);
+            std::memcpy(picture.row(y) + bytesPerPixel * static_cast<std::size_t>(x),
+                        row + bytesPerPixel * static_cast<std::size_t>(start),
+                        bytesPerPixel * static_cast<std::size_t>(count));
         }
     }
     return picture;
@@ -29,7 +33,7 @@ xcb_pixmap_t wallpaperPixmap(const X11Connection& connection) {
     return pixmap.empty() ? XCB_NONE : pixmap.front();
 }
 
-BgraImage readWallpaper(const X11Connection& connection) {
+BgraImage readWallpaper(const X11Connection& connection, const PixelRect& area) {
     const xcb_pixmap_t pixmap = wallpaperPixmap(connection);
     if (pixmap == XCB_NONE) return {};
     const auto geometryCookie = xcb_get_geometry(connection, pixmap);
@@ -41,8 +45,7 @@ BgraImage readWallpaper(const X11Connection& connection) {
     const X11Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(connection, imageCookie, nullptr));
     const auto expected = bytesPerPixel * size->width * size->height;
     if (!image || static_cast<std::size_t>(xcb_get_image_data_length(image.get())) != expected) return {};
-    return tiled(xcb_get_image_data(image.get()), size->width, size->height,
-                 connection.screen().width_in_pixels, connection.screen().height_in_pixels);
+    return tiled(xcb_get_image_data(image.get()), size->width, size->height, area);
 }
 
 }  // namespace tessaloom

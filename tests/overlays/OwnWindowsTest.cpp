@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <atomic>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "capture/CameraPreviewController.h"
+#include "capture/CountdownPanel.h"
+#include "capture/ScriptedDevices.h"
+#include "capture/WebcamRecorder.h"
+#include "platform/x11/X11ScreenStream.h"
+#include "support/ChildProcess.h"
+#include "support/TestWindow.h"
+#include "support/XInjector.h"
+
+namespace tessaloom {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int width = 640;
+constexpr int height = 480;
+constexpr int plateX = width / 2;
+constexpr int plateY = height / 2 - 70;  ///< above the number
+constexpr int bubbleX = width - 24 - 90;
+constexpr int bubbleY = height - 24 - 90;
+
+/// Pixels of the whole screen as 0xRRGGBB, row by row.
+using Picture = std::vector<std::uint32_t>;
+
+Picture screenPicture(xcb_connection_t* connection) {
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const auto cookie = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, 0, width, height, ~0U);
+    const X11Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection, cookie, nullptr));
+    Picture picture(static_cast<std::size_t>(width) * height);
+    const std::uint8_t* pixel = reply ? xcb_get_image_data(reply.get()) : nullptr;
+    for (std::size_t index = 0; pixel != nullptr && index < picture.size(); ++index, pixel += 4)
+        picture[index] = static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+    return picture;
+}
+
+std::uint32_t at(const Picture& picture, int x, int y) {
+    return picture[static_cast<std::size_t>(y * width + x)];
+}
+
+/// Streams the whole screen and counts the pixels that differ from what they ought to be, in all frames.
+class JudgedStream {
+  public:
+    explicit JudgedStream(Picture expected)
+        : expected_(std::move(expected)),
+          stream_(X11Connection::open(), {{{}, {0, 0, width, height}, 1.0}, {0, 0, width, height}}) {
+        stream_.start([this](const ScreenFrame& frame) { judge(frame); },
+                      [](const std::string& reason) { ADD_FAILURE() << reason; });
+    }
+    void stop() { stream_.stop(); }
+    int frames() const { return frames_; }
+    /// How many pixels differed, and the first of them.
+    std::string verdict() {
+        const std::lock_guard guard(lock_);
+        return differences_ == 0 ? "as expected" : std::to_string(differences_) + " pixels, " + first_;
+    }
+
+  private:
+    void judge(const ScreenFrame& frame) {
+        const std::lock_guard guard(lock_);
+        for (const ScreenPatch& patch : frame.patches) {
+            for (int y = 0; y < patch.pixels.height; ++y)
+                judgeRow(patch, y);
+        }
+        ++frames_;
+    }
+    void judgeRow(const ScreenPatch& patch, int y) {
+        const std::uint8_t* pixel = patch.pixels.row(y);
+        for (int x = 0; x < patch.pixels.width; ++x, pixel += 4) {
+            const auto color = static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+            const std::uint32_t wanted = at(expected_, patch.x + x, patch.y + y);
+            if (color == wanted || differences_++ > 0) continue;
+            std::ostringstream text;
+            text << "first in frame " << frames_ << " at " << patch.x + x << ',' << patch.y + y << std::hex
+                 << ": " << color << " for " << wanted;
+            first_ = text.str();
+        }
+    }
+
+    Picture expected_;
+    std::mutex lock_;
+    std::int64_t differences_ = 0;
+    std::string first_;
+    std::atomic<int> frames_ = 0;
+    X11ScreenStream stream_;  ///< last, so that its thread ends before what it uses
+};
+
+struct Surroundings {
+    const char* name;
+    std::vector<std::string> compositor;
+    bool hasWindow = false;  ///< one over the whole screen
+};
+
+std::ostream& operator<<(std::ostream& stream, const Surroundings& surroundings) {
+    return stream << surroundings.name;
+}
+
+/// The countdown and the camera's bubble, on the screen at once.
+class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
+  protected:
+    OwnWindowsOnScreen() {
+        test::ChildProcess xsetroot({"xsetroot", "-solid", "#204060"}, test::currentEnvironment());
+        EXPECT_EQ(xsetroot.waitForExit(5s), 0) << xsetroot.errors();
+        if (!GetParam().compositor.empty())
+            compositor.emplace(GetParam().compositor, test::currentEnvironment());
+        if (GetParam().hasWindow) showPatternedWindow();
+        goOn(500ms);
+    }
+    ~OwnWindowsOnScreen() override {
+        if (webcam) QCoro::waitFor(webcam->stop());
+    }
+
+    void showPatternedWindow() {
+        window.emplace(injector.connection(), test::WindowDescription{.rect = {0, 0, width, height}});
+        for (int y = 0; y < height; y += 8) {
+            const auto color = static_cast<std::uint32_t>(y * 0x01030B + 0x102030) & 0xFFFFFFU;
+            window->fill({0, y, width, 8}, color);
+            window->fill({y, y, 8, height - y}, ~color & 0xFFFFFFU);
+        }
+    }
+    static void goOn(std::chrono::milliseconds time) {
+        QElapsedTimer passed;
+        for (passed.start(); passed.elapsed() < time.count(); std::this_thread::sleep_for(2ms))
+            QCoreApplication::processEvents();
+    }
+    void show() {
+        if (!webcam) webcam = WebcamRecorder::start(std::make_unique<test::ScriptedCamera>(control, true));
+        countdown.show(3);
+        camera.show(*webcam, {});
+        goOn(300ms);
+    }
+    void hide() {
+        countdown.hide();
+        camera.hide();
+        goOn(300ms);
+    }
+    Picture picture() const { return screenPicture(injector.connection()); }
+
+    test::XInjector injector{qgetenv("DISPLAY").toStdString()};
+    std::optional<test::ChildProcess> compositor;
+    std::optional<test::TestWindow> window;
+    test::SourceControl<CameraPicture> control;
+    std::unique_ptr<WebcamRecorder> webcam;
+    CountdownPanel countdown;
+    CameraPreviewController camera;
+};
+
+TEST_P(OwnWindowsOnScreen, LeaveNoPixelInTheRecording) {
+    const Picture without = picture();
+    show();
+    const Picture with = picture();
+    EXPECT_NE(at(with, plateX, plateY), at(without, plateX, plateY)) << "there is no countdown";
+    EXPECT_NE(at(with, bubbleX, bubbleY), at(without, bubbleX, bubbleY)) << "there is no bubble";
+
+    JudgedStream stream(without);
+    goOn(200ms);
+    countdown.show(2);
+    goOn(200ms);
+    EXPECT_GE(stream.frames(), 1);
+    EXPECT_EQ(stream.verdict(), "as expected");
+    hide();
+    show();
+    EXPECT_EQ(stream.verdict(), "as expected") << "when they go and come";
+    stream.stop();
+    hide();
+    EXPECT_EQ(picture(), without);
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, OwnWindowsOnScreen,
+                         ::testing::Values(Surroundings{"bareDesktop", {}, false},
+                                           Surroundings{"window", {}, true},
+                                           Surroundings{"bareDesktopComposited", {"xcompmgr", "-n"}, false},
+                                           Surroundings{"windowComposited", {"xcompmgr", "-n"}, true}),
+                         [](const auto& info) { return info.param.name; });
+
+}  // namespace
+}  // namespace tessaloom
