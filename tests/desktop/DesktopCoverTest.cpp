@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+
+#include "desktop/DesktopRecording.h"
+#include "desktop/ScreenPicture.h"
+#include "support/TestWindow.h"
+
+namespace tessaloom::test {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+constexpr std::uint32_t green = 0x20A040;
+constexpr std::uint32_t red = 0xC02020;
+constexpr std::uint32_t blue = 0x2040C0;
+constexpr std::uint32_t plainGrey = 0x1F1F1F;
+
+/// A recording that hides the icons of a desktop whose settings are the test's.
+class DesktopCover : public ::testing::Test {
+  protected:
+    explicit DesktopCover(WindowManager manager = WindowManager::None) : desktop(640, 480, manager) {
+        environment = programEnvironment(desktop.environment(), folder.path());
+        environment["XDG_CONFIG_HOME"] = folder.path().string();
+        std::ofstream(environment["TESSALOOM_CONFIG"]) << "hideDesktopIcons=true\n";
+    }
+    /// What a display shows once it is covered.
+    BgraImage recorded(const std::string& display = "0") {
+        ChildProcess program({TESSALOOM_PROGRAM, "record", "--display", display, "--countdown", "0",
+                              "--no-microphone", "--no-system-audio", "--duration", "1.2"},
+                             environment);
+        EXPECT_EQ(program.waitForExit(20s), 0) << program.errors();
+        const std::string output = program.output();
+        return recordedPicture(TakeBundle{output.substr(0, output.find('\n'))}, 1.0);
+    }
+    void write(const fs::path& file, const std::string& text) const {
+        fs::create_directories((folder.path() / file).parent_path());
+        std::ofstream(folder.path() / file) << text;
+    }
+    /// Small, of one colour on its left half and another on its right.
+    fs::path picture(const fs::path& name, std::uint32_t left, std::uint32_t right,
+                     QSize size = {40, 60}) const {
+        const fs::path file = folder.path() / name;
+        fs::create_directories(file.parent_path());
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(left);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = image.width() / 2; x < image.width(); ++x)
+                image.setPixel(x, y, right);
+        }
+        EXPECT_TRUE(image.save(QString::fromStdString(file.string())));
+        return file;
+    }
+    /// A program that stands for the desktop's own.
+    void putInPath(const std::string& program, const std::string& script) {
+        write("bin/" + program, "#!/bin/sh\n" + script);
+        fs::permissions(folder.path() / "bin" / program, fs::perms::owner_all);
+        environment["PATH"] = (folder.path() / "bin").string() + ":" + environment["PATH"];
+    }
+    void setGnomeWallpaper(const fs::path& file) {
+        environment["XDG_CURRENT_DESKTOP"] = "ubuntu:GNOME";
+        putInPath("gsettings", "echo \"$2 picture-options 'zoom'\"\necho \"$2 picture-uri 'file://" +
+                                   file.string() + "'\"\n");
+    }
+
+    const VirtualDesktop desktop;
+    const XInjector injector{desktop.displayName()};
+    const TemporaryFolder folder;
+    Environment environment;
+};
+
+TEST_F(DesktopCover, LiesBehindAllWindowsAndGoesWithTheRecording) {
+    const TestWindow window(injector.connection(), {.rect = {100, 100, 100, 100}, .rgb = green});
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 20, 20), plainGrey));
+    EXPECT_TRUE(isNearly(colorAt(last, 150, 150), green));
+    EXPECT_EQ(screenColorAt(injector, 20, 20), 0x000000U) << "the cover has stayed";
+}
+
+TEST_F(DesktopCover, ShowsGnomesWallpaperStretched) {
+    setGnomeWallpaper(picture("At sea.png", red, blue));
+    const BgraImage last = recorded();
+    for (const int y : {2, 240, 477}) {
+        EXPECT_TRUE(isNearly(colorAt(last, 2, y), red));
+        EXPECT_TRUE(isNearly(colorAt(last, 300, y), red));
+        EXPECT_TRUE(isNearly(colorAt(last, 340, y), blue));
+        EXPECT_TRUE(isNearly(colorAt(last, 637, y), blue));
+    }
+}
+
+TEST_F(DesktopCover, OfAWallpaperThatCannotBeReadIsPlainGrey) {
+    write("slides.xml", "<background><starttime/></background>");
+    setGnomeWallpaper(folder.path() / "slides.xml");
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 20, 20), plainGrey));
+    EXPECT_TRUE(isNearly(colorAt(last, 600, 400), plainGrey));
+}
+
+TEST_F(DesktopCover, WaitsForTheDesktopsSettingsForAMomentOnly) {
+    environment["XDG_CURRENT_DESKTOP"] = "GNOME";
+    putInPath("gsettings", "exec sleep 60\n");
+    EXPECT_TRUE(isNearly(colorAt(recorded(), 20, 20), plainGrey));
+}
+
+TEST_F(DesktopCover, ShowsPlasmasWallpaperOfEachScreen) {
+    splitScreen(desktop);
+    environment["XDG_CURRENT_DESKTOP"] = "KDE";
+    picture("Next/contents/images/20x20.png", green, green, {20, 20});
+    picture("Next/contents/images/400x200.png", red, blue, {400, 200});
+    const std::string left = "file://" + (folder.path() / "Next/").string();
+    const std::string right = "file://" + picture("right.png", blue, green).string();
+    const auto containment = [](const std::string& number, const std::string& image) {
+        const std::string group = "[Containments][" + number + "]";
+        return group + "\nlastScreen=" + number + "\nwallpaperplugin=org.kde.image\n\n" + group +
+               "[Wallpaper][org.kde.image][General]\nImage=" + image + "\n\n";
+    };
+    write("plasma-org.kde.plasma.desktop-appletsrc", containment("0", left) + containment("1", right));
+    const BgraImage onTheLeft = recorded("0");
+    EXPECT_TRUE(isNearly(colorAt(onTheLeft, 20, 240), red));
+    EXPECT_TRUE(isNearly(colorAt(onTheLeft, 300, 240), blue));
+    const BgraImage onTheRight = recorded("1");
+    EXPECT_TRUE(isNearly(colorAt(onTheRight, 20, 240), blue));
+    EXPECT_TRUE(isNearly(colorAt(onTheRight, 300, 240), green));
+}
+
+TEST_F(DesktopCover, ShowsXfcesWallpaper) {
+    environment["XDG_CURRENT_DESKTOP"] = "XFCE";
+    const std::string file = picture("sea.png", blue, red).string();
+    write("xfce4/xfconf/xfce-perchannel-xml/xfce4-desktop.xml",
+          "<channel name=\"xfce4-desktop\"><property name=\"backdrop\"><property name=\"screen0\">"
+          "<property name=\"monitorscreen\"><property name=\"workspace0\">"
+          "<property name=\"last-image\" type=\"string\" value=\"" +
+              file + "\"/></property></property></property></property></channel>");
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 20, 20), blue));
+    EXPECT_TRUE(isNearly(colorAt(last, 620, 460), red));
+}
+
+class DesktopCoverUnderOpenbox : public DesktopCover {
+  protected:
+    DesktopCoverUnderOpenbox() : DesktopCover(WindowManager::Openbox) {}
+};
+
+TEST_F(DesktopCoverUnderOpenbox, LiesOverTheWindowThatHoldsTheIcons) {
+    xcb_connection_t* const connection = injector.connection();
+    TestWindow icons(connection, {.rect = {0, 0, 640, 480},
+                                  .rgb = green,
+                                  .kind = WindowKind::Managed,
+                                  .title = "icons",
+                                  .isMapped = false});
+    const auto atom = [&](const std::string& name) {
+        const auto cookie =
+            xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(connection, cookie, nullptr), std::free);
+        return reply->atom;
+    };
+    const xcb_atom_t type = atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, icons.id(), atom("_NET_WM_WINDOW_TYPE"),
+                        XCB_ATOM_ATOM, 32, 1, &type);
+    icons.map();
+    ASSERT_TRUE(waitUntil([&] { return screenColorAt(injector, 20, 20) == green; }));
+    const TestWindow window(
+        connection,
+        {.rect = {100, 100, 100, 100}, .rgb = red, .kind = WindowKind::Managed, .title = "window"});
+    setGnomeWallpaper(picture("sea.png", blue, blue));
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 20, 20), blue));
+    EXPECT_TRUE(isNearly(colorAt(last, 630, 470), blue));
+    EXPECT_TRUE(isNearly(colorAt(last, 150, 150), red));
+    EXPECT_TRUE(waitUntil([&] { return screenColorAt(injector, 20, 20) == green; })) << "the icons are back";
+}
+
+}  // namespace
+}  // namespace tessaloom::test
