@@ -4,12 +4,15 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <memory>
 #include <string_view>
 
 #include "base/Defaults.h"
 #include "base/Log.h"
+#include "base/TimeLimit.h"
 #include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
 #include "render/RendererChoice.h"
@@ -17,6 +20,8 @@
 #include "shell/InterruptMask.h"
 
 namespace {
+
+constexpr std::chrono::seconds longestEnd{4};
 
 /// Qt looks into the session's runtime folder as it starts, and complains where the session has none, as in a
 /// container or under cron. Nothing of ours is kept there, so an empty folder will do for this run.
@@ -51,6 +56,16 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argumentCount, char** argu
     return std::make_unique<QGuiApplication>(argumentCount, argumentValues);
 }
 
+int run(const QStringList& words) {
+    tessaloom::X11CapturePlatform capture;
+    tessaloom::PipeWireDevices devices;
+    const tessaloom::CommandServices services{
+        capture, devices,
+        [] { return tessaloom::makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
+        tessaloom::HardwareEncoding::installed(tessaloom::Defaults::stateFolder())};
+    return static_cast<int>(tessaloom::runCommandLine(words, services));
+}
+
 }  // namespace
 
 /// Above everything: picks what fills each role on this machine and hands it down.
@@ -68,14 +83,12 @@ int main(int argumentCount, char** argumentValues) {
         words.append(QString::fromLocal8Bit(argumentValues[index]));
     // Qt gets the name alone: it would take options for its own, as --display.
     int nameOnly = std::min(argumentCount, 1);
-    const auto application = makeApplication(nameOnly, argumentValues);
+    auto application = makeApplication(nameOnly, argumentValues);
     // A countdown that goes off the screen is not the end.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    X11CapturePlatform capture;
-    PipeWireDevices devices;
-    const CommandServices services{
-        capture, devices,
-        [] { return makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
-        HardwareEncoding::installed(Defaults::stateFolder())};
-    return static_cast<int>(runCommandLine(words, services));
+    const int status = run(words);
+    // Qt waits for its display server as it ends, also for one that hangs.
+    const TimeLimit limit(longestEnd, [status] { std::_Exit(status); });
+    application.reset();
+    return status;
 }

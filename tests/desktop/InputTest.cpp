@@ -68,6 +68,24 @@ TEST_F(Input, ClicksAreLoggedWhereAndWhenTheyWereMade) {
     EXPECT_NEAR(events[1].pts - events[0].pts, secondClick - firstClick, 0.01);
 }
 
+TEST_F(Input, AClickOutsideTheRecordedAreaSticksToItsEdge) {
+    DesktopRecording recording(desktop_, {"--area", "100,100,200,200"});
+    injector_.moveTo({500, 200});
+    std::this_thread::sleep_for(100ms);
+    injector_.click();
+    injector_.moveTo({150, 20});
+    std::this_thread::sleep_for(600ms);
+    injector_.click();
+    std::this_thread::sleep_for(100ms);
+    const auto events = eventsOf(recording.stop());
+    ASSERT_EQ(events.size(), 2U);
+    ASSERT_TRUE(events[0].location && events[1].location);
+    EXPECT_NEAR(events[0].location->x, 1, 1e-6);
+    EXPECT_NEAR(events[0].location->y, 0.5, 1e-6);
+    EXPECT_NEAR(events[1].location->x, 0.25, 1e-6);
+    EXPECT_NEAR(events[1].location->y, 0, 1e-6);
+}
+
 TEST_F(Input, PressesInARowAreDoubleClicksAndNotchesAreScrolls) {
     DesktopRecording recording(desktop_);
     std::this_thread::sleep_for(50ms);

@@ -67,12 +67,15 @@ class RegionOnScreens : public ::testing::TestWithParam<Drag> {
 
 TEST_P(RegionOnScreens, ThePixelsThatWereDraggedOutAreRecorded) {
     ASSERT_TRUE(waitUntil([&] { return isDimmed(); })) << program->errors();
+    const PixelRect expected = GetParam().recorded;
+    const std::uint32_t still =
+        screenColorAt(injector, expected.x + expected.width / 2, expected.y + expected.height / 2);
+    EXPECT_GT(still >> 16 & 0xFFU, still >> 8 & 0xFFU) << "the view doesn't show what it covers";
     drag();
     ASSERT_EQ(program->waitForExit(15s), 0) << program->errors();
     const std::string output = program->output();
     const TakeBundle bundle{output.substr(0, output.find('\n'))};
 
-    const PixelRect expected = GetParam().recorded;
     const CaptureRect area = bundle.readLog().captureRect;
     const double scale = GetParam().dotsPerInch / 96.0;
     EXPECT_NEAR(area.x * scale, expected.x, 1e-6);

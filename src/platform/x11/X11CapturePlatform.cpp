@@ -12,7 +12,6 @@
 #include "platform/x11/X11Reply.h"
 #include "platform/x11/X11ScreenStream.h"
 #include "platform/x11/X11ShareableContent.h"
-#include "platform/x11/X11WaitLimit.h"
 #include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
@@ -36,13 +35,13 @@ bool X11CapturePlatform::isThere() {
 
 ShareableContent X11CapturePlatform::shareableContent() {
     const auto connection = X11Connection::open();
-    const X11WaitLimit limit(*connection);
+    const auto limit = connection->limitWaits();
     return readShareableContent(*connection);
 }
 
 bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
     const auto connection = X11Connection::open();
-    const X11WaitLimit limit(*connection);
+    const auto limit = connection->limitWaits();
     const double scale = filter.pointPixelScale;
     const std::int16_t x = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.x, scale);
     const std::int16_t y = filter.window ? std::int16_t{0} : inPixels(filter.contentRect.y, scale);
@@ -54,14 +53,14 @@ bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
 
 bool X11CapturePlatform::leavesOutOwnWindows() {
     const auto connection = X11Connection::open();
-    const X11WaitLimit limit(*connection);
+    const auto limit = connection->limitWaits();
     return X11BeneathWindows::isPossible(*connection);
 }
 
 BgraImage X11CapturePlatform::wallpaper(const DesktopScreen& screen) {
     if (auto picture = desktopWallpaper(screen)) return std::move(*picture);
     const auto connection = X11Connection::open();
-    const X11WaitLimit limit(*connection);
+    const auto limit = connection->limitWaits();
     return readWallpaper(*connection, screen.area);
 }
 
@@ -71,7 +70,7 @@ std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamC
 
 std::unique_ptr<PointerSource> X11CapturePlatform::makePointerSource() {
     auto connection = X11Connection::open();
-    const X11WaitLimit limit(*connection);
+    const auto limit = connection->limitWaits();
     const double scale = pointPixelScale(*connection);
     return std::make_unique<X11PointerSource>(std::move(connection), scale);
 }

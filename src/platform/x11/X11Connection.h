@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/TimeLimit.h"
 #include "platform/x11/X11Reply.h"
 
 namespace tessaloom {
@@ -39,6 +40,11 @@ class X11Connection {
     /// connection. The only operation that another thread may call.
     void hangUp() const;
 
+    /// As long as the limit lives, all waits for the server together last no longer than that: then it hangs
+    /// up. The connection must outlive the limit.
+    TimeLimit limitWaits() const {
+        return {answerLimit, [this] { hangUp(); }};
+    }
     /// Throws CaptureError::noDisplay when the connection is lost: answers that didn't come then mean
     /// nothing.
     void requireServer() const;

@@ -9,7 +9,6 @@
 #include <stdexcept>
 
 #include "base/HostClock.h"
-#include "platform/x11/X11WaitLimit.h"
 
 namespace tessaloom {
 namespace {
@@ -33,7 +32,7 @@ X11InputSource::~X11InputSource() {
 }
 
 void X11InputSource::start(Handler handler) {
-    const X11WaitLimit limit(*connection_);
+    const auto limit = connection_->limitWaits();
     handler_ = std::move(handler);
     inputExtension_ = connection_->requireExtension(&xcb_input_id, "XInput").major_opcode;
     keyboard_.emplace(*connection_);

@@ -15,7 +15,6 @@
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
-#include "platform/x11/X11WaitLimit.h"
 
 namespace tessaloom {
 namespace {
@@ -70,7 +69,7 @@ X11ScreenStream::~X11ScreenStream() {
 }
 
 void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
-    const X11WaitLimit limit(*connection_);
+    const auto limit = connection_->limitWaits();
     if (connection_->screen().root_depth != trueColorDepth)
         throw std::runtime_error("The screen doesn't have 24 bits of colour, which recording needs.");
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
