@@ -15,6 +15,7 @@
 #include "base/TimeLimit.h"
 #include "platform/pipewire/PipeWireDevices.h"
 #include "platform/x11/X11CapturePlatform.h"
+#include "platform/x11/X11Windows.h"
 #include "render/RendererChoice.h"
 #include "shell/CommandLine.h"
 #include "shell/InterruptMask.h"
@@ -62,7 +63,7 @@ int run(const QStringList& words) {
     const tessaloom::CommandServices services{
         capture, devices,
         [] { return tessaloom::makeRenderer(qEnvironmentVariable("TESSALOOM_RENDERER").toStdString()); },
-        tessaloom::HardwareEncoding::installed(tessaloom::Defaults::stateFolder())};
+        tessaloom::HardwareEncoding::installed(tessaloom::Defaults::stateFolder()), tessaloom::hangUpWindows};
     return static_cast<int>(tessaloom::runCommandLine(words, services));
 }
 

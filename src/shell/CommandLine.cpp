@@ -49,7 +49,7 @@ Plain typing is never noted.
 Example: tessaloom record --window firefox --duration 20
 )",
             [](const QStringList& words, const CommandServices& services) {
-                return runRecordCommand(words, services.capture, services.devices);
+                return runRecordCommand(words, services.capture, services.devices, services.hangUpWindows);
             }},
     Command{"export", "make a video or a GIF from a recording",
             R"(Usage: tessaloom export RECORDING [-o FILE] [--format mp4|gif]

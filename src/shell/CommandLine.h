@@ -20,6 +20,8 @@ struct CommandServices {
     RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
     std::optional<HardwareEncoding> hardwareEncoding;
+    /// Ends the wait of the main thread's windows for a display server that hangs. Any thread.
+    std::function<void()> hangUpWindows;
 };
 
 /// Runs one command of the command line (without the program's name). Results go to stdout, everything else

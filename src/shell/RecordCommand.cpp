@@ -29,6 +29,8 @@ using std::chrono::steady_clock;
 /// Beyond all that the end of a recording waits for.
 constexpr auto completionLimit = 40s;
 
+constexpr const char* displayLost = "The connection to the X server was lost.";
+
 /// None where Qt has no screen to show them on.
 std::unique_ptr<RecordingWindows> windowsIfVisible(CapturePlatform& platform) {
     return QGuiApplication::platformName() == "offscreen" ? nullptr
@@ -38,9 +40,10 @@ std::unique_ptr<RecordingWindows> windowsIfVisible(CapturePlatform& platform) {
 /// One run of the command, from the first countdown second to the stored bundle.
 class RecordRun {
   public:
-    RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices)
+    RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices,
+              std::function<void()> hangUpWindows)
         : arguments_(arguments),
-          interrupts_([this] { interrupt(); }),
+          interrupts_([this] { interrupt(); }, std::move(hangUpWindows)),
           windows_(windowsIfVisible(platform)),
           controller_(platform, devices, presenter_, permissions_) {
         end_.start();
@@ -117,7 +120,16 @@ class RecordRun {
 
     /// The screen is gone, and with it Qt's event loop, whose posted events are all that still arrives.
     void finishWithoutEventLoop() {
-        if (controller_.state() == RecordingController::State::starting) return;
+        using enum RecordingController::State;
+        const auto state = controller_.state();
+        const bool hasBegun = state == recording || state == finishing || controller_.lastBundle();
+        if (!hasBegun) {
+            std::cerr << "tessaloom: " << displayLost
+                      << " Nothing was recorded; start again in a session that runs.\n";
+            return;
+        }
+        if (!endReason_) endReason_ = displayLost;
+        end_.finish();
         const auto limit = steady_clock::now() + completionLimit;
         while (!status_ && steady_clock::now() < limit) {
             QCoreApplication::sendPostedEvents();
@@ -163,8 +175,9 @@ class RecordRun {
 
 }  // namespace
 
-ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices) {
-    RecordRun run(RecordArguments::parse(words), platform, devices);
+ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices,
+                            std::function<void()> hangUpWindows) {
+    RecordRun run(RecordArguments::parse(words), platform, devices, std::move(hangUpWindows));
     return run.waitForEnd();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStringList>
+#include <functional>
 
 #include "capture/CapturePlatform.h"
 #include "capture/RecordingDevices.h"
@@ -11,6 +12,8 @@ namespace tessaloom {
 
 /// `tessaloom record`: records until the time is up, the source ends, or the user interrupts; prints the
 /// bundle's path. Throws CommandError and UsageError.
-ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices);
+/// `hangUpWindows` as in CommandServices.
+ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices,
+                            std::function<void()> hangUpWindows);
 
 }  // namespace tessaloom

@@ -15,21 +15,29 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr std::uint32_t green = 0x20A040;
+
 /// Several waits for the server may follow each other, each with its limit.
 constexpr auto patience = 40s;
 
 /// `tessaloom record` on an X server that dies or hangs.
 class UnresponsiveServer : public ::testing::Test {
   protected:
+    UnresponsiveServer() {
+        ChildProcess xsetroot({"xsetroot", "-solid", "#20a040"}, desktop.environment());
+        EXPECT_EQ(xsetroot.waitForExit(5s), 0) << xsetroot.errors();
+    }
     ~UnresponsiveServer() override { desktop.server().signal(SIGCONT); }
 
-    void record(const std::string& countdown) {
-        program.emplace(std::vector<std::string>{TESSALOOM_PROGRAM, "record", "--countdown", countdown,
-                                                 "--no-microphone", "--no-system-audio"},
-                        programEnvironment(desktop.environment(), library.path()));
+    void record(const std::vector<std::string>& arguments) {
+        std::vector<std::string> command{TESSALOOM_PROGRAM, "record", "--no-microphone", "--no-system-audio"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        program.emplace(command, programEnvironment(desktop.environment(), library.path()));
     }
-    void waitForCountdown() {
-        ASSERT_TRUE(waitUntil([&] { return screenColorAt(*injector, 320, 170) != 0; })) << program->errors();
+    /// The countdown or the selection of an area.
+    void waitForWindow() {
+        ASSERT_TRUE(waitUntil([&] { return screenColorAt(*injector, 320, 170) != green; }))
+            << program->errors();
     }
     /// A failed start leaves its folder, with nothing recorded in it.
     void expectUnfinishedBundle() const {
@@ -46,34 +54,70 @@ class UnresponsiveServer : public ::testing::Test {
 };
 
 TEST_F(UnresponsiveServer, ThatDiesDuringTheCountdownFailsTheRecording) {
-    record("30");
-    waitForCountdown();
+    record({"--countdown", "30"});
+    waitForWindow();
     desktop.server().signal(SIGKILL);
     EXPECT_EQ(program->waitForExit(10s), 1);
     EXPECT_EQ(program->output(), "");
-    EXPECT_NE(program->errors().find("X"), std::string::npos) << program->errors();
+    EXPECT_NE(
+        program->errors().find("tessaloom: The connection to the X server was lost. Nothing was recorded"),
+        std::string::npos)
+        << program->errors();
     expectUnfinishedBundle();
 }
 
 TEST_F(UnresponsiveServer, ThatHangsFromTheStartFailsTheRecording) {
     desktop.server().signal(SIGSTOP);
-    record("0");
+    record({"--countdown", "0"});
     EXPECT_EQ(program->waitForExit(patience), 1) << program->errors();
     EXPECT_NE(program->errors().find("The X server doesn't answer"), std::string::npos) << program->errors();
     EXPECT_TRUE(std::filesystem::is_empty(library.path()));
 }
 
 TEST_F(UnresponsiveServer, ThatHangsAsTheCountdownEndsFailsTheRecording) {
-    record("1");
-    waitForCountdown();
+    record({"--countdown", "1"});
+    waitForWindow();
     desktop.server().signal(SIGSTOP);
     EXPECT_EQ(program->waitForExit(patience), 1) << program->errors();
     EXPECT_NE(program->errors().find("The X server doesn't answer"), std::string::npos) << program->errors();
     expectUnfinishedBundle();
 }
 
+TEST_F(UnresponsiveServer, ThatHangsDuringTheCountdownLetsCtrlCEndIt) {
+    record({"--countdown", "30"});
+    waitForWindow();
+    desktop.server().signal(SIGSTOP);
+    std::this_thread::sleep_for(2s);  // the countdown's next number waits for the server
+    program->signal(SIGINT);
+    EXPECT_TRUE(program->waitForExit(patience)) << program->errors();
+    EXPECT_EQ(program->output(), "");
+}
+
+TEST_F(UnresponsiveServer, ThatHangsWhileAnAreaIsSelectedLetsCtrlCEndIt) {
+    record({"--area", "select"});
+    waitForWindow();
+    injector->moveTo({100, 100});
+    injector->press(1);
+    injector->moveTo({200, 200});
+    desktop.server().signal(SIGSTOP);
+    std::this_thread::sleep_for(500ms);
+    program->signal(SIGINT);
+    EXPECT_TRUE(program->waitForExit(patience)) << program->errors();
+    EXPECT_EQ(program->output(), "");
+}
+
+TEST_F(UnresponsiveServer, ThatDiesWhileAnAreaIsSelectedFailsTheRecording) {
+    record({"--area", "select"});
+    waitForWindow();
+    desktop.server().signal(SIGKILL);
+    EXPECT_EQ(program->waitForExit(10s), 1);
+    EXPECT_NE(program->errors().find("The connection to the X server was lost."), std::string::npos)
+        << program->errors();
+    EXPECT_TRUE(std::filesystem::is_empty(library.path()));
+}
+
 TEST_F(UnresponsiveServer, ThatHangsWhileRecordingDoesNotHoldUpTheStop) {
-    record("0");
+    record({"--countdown", "0"});
     ASSERT_TRUE(waitUntil([&] { return program->errors().find("Recording started") != std::string::npos; }))
         << program->errors();
     std::this_thread::sleep_for(1s);
