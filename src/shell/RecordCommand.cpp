@@ -9,10 +9,13 @@
 #include <chrono>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iostream>
+#include <optional>
 #include <thread>
 
 #include "base/BoundedWait.h"
+#include "base/TimeLimit.h"
 #include "capture/RecordingController.h"
 #include "shell/CommandPresenter.h"
 #include "shell/ExitGuard.h"
@@ -29,6 +32,9 @@ using std::chrono::steady_clock;
 /// Beyond all that the end of a recording waits for.
 constexpr auto completionLimit = 40s;
 
+/// What an X server gets to take the windows down before it counts as gone.
+constexpr auto windowsEndLimit = 4s;
+
 constexpr const char* displayLost = "The connection to the X server was lost.";
 
 /// None where Qt has no screen to show them on.
@@ -42,8 +48,9 @@ class RecordRun {
   public:
     RecordRun(const RecordArguments& arguments, CapturePlatform& platform, RecordingDevices& devices,
               std::function<void()> hangUpWindows)
-        : arguments_(arguments),
-          interrupts_([this] { interrupt(); }, std::move(hangUpWindows)),
+        : hangUpWindows_(std::move(hangUpWindows)),
+          arguments_(arguments),
+          interrupts_([this] { interrupt(); }, hangUpWindows_),
           windows_(windowsIfVisible(platform)),
           controller_(platform, devices, presenter_, permissions_) {
         end_.start();
@@ -58,6 +65,7 @@ class RecordRun {
     ExitStatus waitForEnd() {
         std::exception_ptr failure;
         const ExitStatus status = QCoro::waitFor(runCatching(failure));
+        windowsEnd_.emplace(windowsEndLimit, hangUpWindows_);
         if (failure) std::rethrow_exception(failure);
         return status;
     }
@@ -158,6 +166,9 @@ class RecordRun {
         line_.show("● Recording  " + std::to_string(whole / 60) + ":" + padded + "   Ctrl-C to stop");
     }
 
+    std::function<void()> hangUpWindows_;
+    /// Before the windows, so that it outlives them: they wait for the display server as they go.
+    std::optional<TimeLimit> windowsEnd_;
     RecordArguments arguments_;
     std::stop_source cancel_;
     QPromise<void> end_;

@@ -73,8 +73,9 @@ TEST_F(Input, AClickOutsideTheRecordedAreaSticksToItsEdge) {
     injector_.moveTo({500, 200});
     std::this_thread::sleep_for(100ms);
     injector_.click();
-    injector_.moveTo({150, 20});
     std::this_thread::sleep_for(600ms);
+    injector_.moveTo({150, 20});
+    std::this_thread::sleep_for(100ms);
     injector_.click();
     std::this_thread::sleep_for(100ms);
     const auto events = eventsOf(recording.stop());

@@ -14,7 +14,7 @@ TEST(BareSpot, OfABareScreenIsInTheMiddleOfTheArea) {
 
 TEST(BareSpot, LiesOutsideOfAWindowAndItsShadowOnTheNearestSide) {
     const PixelRect window{400, 300, 200, 100};
-    EXPECT_EQ(bareSpotNear(window, screen, {window}), (PixelRect{500, 267, 1, 1}));
+    EXPECT_EQ(bareSpotNear({400, 300, 200, 30}, screen, {window}), (PixelRect{500, 267, 1, 1}));
     EXPECT_EQ(bareSpotNear({400, 370, 200, 30}, screen, {window}), (PixelRect{500, 432, 1, 1}));
     EXPECT_EQ(bareSpotNear({400, 300, 20, 100}, screen, {window}), (PixelRect{367, 350, 1, 1}));
     EXPECT_EQ(bareSpotNear({580, 300, 20, 100}, screen, {window}), (PixelRect{632, 350, 1, 1}));

@@ -164,7 +164,7 @@ TEST_P(BareDesktop, OfOneColourGoesOnBeneathOurWindows) {
 }
 
 TEST_P(BareDesktop, WhoseColourChangesDoesSoBeneathOurWindowsToo) {
-    if (GetParam()) GTEST_SKIP() << "this compositing manager shows a colour of its own";
+    if (GetParam()) GTEST_SKIP() << "this compositing manager shows a colour of its own, always the same";
     setBackground({"-solid", "#204060"});
     const auto own = ownWindow({100, 100, 80, 60});
     RecordedStream stream(screen());
