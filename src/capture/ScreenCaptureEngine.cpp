@@ -149,14 +149,19 @@ std::unique_ptr<ScreenCaptureEngine> ScreenCaptureEngine::start(CapturePlatform&
     const StreamConfiguration configuration = streamConfiguration(target);
     auto recording =
         std::make_shared<Recording>(recordedRect(target, configuration), file, std::move(onStopped));
+    recording->stream = platform.makeScreenStream(configuration);
     recording->movie = std::make_unique<LiveMovie>(file, movieSettings(configuration, systemAudio.get()));
     recording->systemAudio = std::move(systemAudio);
-    recording->stream = platform.makeScreenStream(configuration);
     Recording* const receiver = recording.get();  // both sources are the recording's own and end before it
     if (recording->systemAudio)
         recording->systemAudio->start([receiver](const SoundChunk& chunk) { receiver->receive(chunk); });
-    recording->stream->start([receiver](const ScreenFrame& frame) { receiver->receive(frame); },
-                             [receiver](const std::string& reason) { receiver->endedByItself(reason); });
+    try {
+        recording->stream->start([receiver](const ScreenFrame& frame) { receiver->receive(frame); },
+                                 [receiver](const std::string& reason) { receiver->endedByItself(reason); });
+    } catch (...) {
+        recording->finish();
+        throw;
+    }
     qCInfo(Log::screenCapture, "Screen capture started (%dx%d @ scale %f)", configuration.source.width,
            configuration.source.height, target.filter.pointPixelScale);
     return std::unique_ptr<ScreenCaptureEngine>(new ScreenCaptureEngine(std::move(recording)));

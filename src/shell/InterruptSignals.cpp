@@ -9,31 +9,36 @@ namespace tessaloom {
 namespace {
 
 constexpr std::chrono::milliseconds watchInterval{500};
-constexpr int longestWait = 8;  ///< in intervals
+constexpr int longestBlock = 8;  ///< in intervals
 
 }  // namespace
 
-InterruptSignals::InterruptSignals(std::function<void()> onInterrupt, std::function<void()> onUnheeded) {
+InterruptSignals::InterruptSignals(std::function<void()> onInterrupt, std::function<void()> onBlocked) {
     const sigset_t wanted = InterruptMask::interrupts();
     signals_ = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
     notifier_ = std::make_unique<QSocketNotifier>(signals_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this, onInterrupt = std::move(onInterrupt)] {
                          signalfd_siginfo received{};
-                         if (read(signals_, &received, sizeof received) == sizeof received) onInterrupt();
+                         if (read(signals_, &received, sizeof received) != sizeof received) return;
+                         interrupted_ = true;
+                         onInterrupt();
                      });
-    if (!onUnheeded) return;
-    watch_.emplace(watchInterval, [this, onUnheeded = std::move(onUnheeded), waits = 0]() mutable {
-        waits = isWaiting() ? waits + 1 : 0;
-        if (waits == longestWait) onUnheeded();
-        return waits < longestWait;
+    if (!onBlocked) return;
+    watch_.emplace(watchInterval, [this, onBlocked = std::move(onBlocked), blocked = 0]() mutable {
+        blocked = answered_.exchange(false) ? 0 : blocked + 1;
+        QMetaObject::invokeMethod(
+            notifier_.get(), [this] { answered_ = true; }, Qt::QueuedConnection);
+        const bool givesUp = blocked >= longestBlock && wasInterrupted();
+        if (givesUp) onBlocked();
+        return !givesUp;
     });
 }
 
-/// One that was sent and not read yet.
-bool InterruptSignals::isWaiting() const {
+/// Also when the main thread hasn't come to read the signal yet.
+bool InterruptSignals::wasInterrupted() const {
     pollfd descriptor{signals_, POLLIN, 0};
-    return poll(&descriptor, 1, 0) == 1;
+    return interrupted_ || poll(&descriptor, 1, 0) == 1;
 }
 
 InterruptSignals::~InterruptSignals() {

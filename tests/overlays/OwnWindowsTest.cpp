@@ -119,19 +119,33 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
         if (webcam) QCoro::waitFor(webcam->stop());
     }
 
-    /// It shows a colour of its own where there is no wallpaper.
+    /// It shows a colour of its own where there is no wallpaper, once it has something to show.
     void startCompositor() {
         compositor.emplace(std::vector<std::string>{"xcompmgr", "-n"}, test::currentEnvironment());
-        EXPECT_TRUE(waitUntil([this] { return at(picture(), 0, 0) != desktopColor; }))
-            << compositor->errors();
+        const auto shows = [this] {
+            const test::TestWindow passing(injector.connection(),
+                                           {.rect = {0, 0, 9, 9}, .rgb = desktopColor});
+            return at(picture(), 0, 20) != desktopColor;
+        };
+        EXPECT_TRUE(waitUntil(shows)) << compositor->errors();
     }
+    /// The pattern is its background, so what shows again after it was covered is painted by the server.
     void showPatternedWindow() {
-        window.emplace(injector.connection(), test::WindowDescription{.rect = {0, 0, width, height}});
+        xcb_connection_t* const connection = injector.connection();
+        window.emplace(connection, test::WindowDescription{.rect = {0, 0, width, height}});
+        const xcb_pixmap_t pattern = xcb_generate_id(connection);
+        xcb_create_pixmap(connection, 24, pattern, window->id(), width, height);
+        const xcb_gcontext_t painting = xcb_generate_id(connection);
+        xcb_create_gc(connection, painting, pattern, 0, nullptr);
         for (int y = 0; y < height; y += 8) {
             const auto color = static_cast<std::uint32_t>(y * 0x01030B + 0x102030) & 0xFFFFFFU;
-            window->fill({0, y, width, 8}, color);
-            window->fill({y, y, 8, height - y}, ~color & 0xFFFFFFU);
+            const xcb_rectangle_t row{0, static_cast<std::int16_t>(y), width, 8};
+            xcb_change_gc(connection, painting, XCB_GC_FOREGROUND, &color);
+            xcb_poly_fill_rectangle(connection, pattern, painting, 1, &row);
         }
+        xcb_change_window_attributes(connection, window->id(), XCB_CW_BACK_PIXMAP, &pattern);
+        xcb_clear_area(connection, 0, window->id(), 0, 0, 0, 0);
+        test::synchronize(connection);
     }
     static void goOn(std::chrono::milliseconds time) {
         QElapsedTimer passed;
