@@ -14,14 +14,16 @@ namespace {
 /// The bubble's distance from the edges of the screen, in points.
 constexpr int margin = 24;
 
-/// The middle of the picture, in the bubble's shape and size.
+/// The middle of the picture, in the bubble's shape and size. Its fourth byte is dropped: from a camera it
+/// means nothing, on a screen with a compositing manager it would be taken for its opacity.
 QImage croppedToFill(const BgraView& picture, QSize size, bool mirrored) {
     const QImage whole(picture.pixels, picture.width, picture.height, picture.stride, QImage::Format_RGB32);
     QRect part(QPoint(), size.scaled(whole.size(), Qt::KeepAspectRatio));
     part.moveCenter(whole.rect().center());
     return whole.copy(part)
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .mirrored(mirrored, false);
+        .mirrored(mirrored, false)
+        .convertToFormat(QImage::Format_RGB888);
 }
 
 }  // namespace

@@ -15,9 +15,11 @@ DesktopScreen describe(const QScreen& screen, int number) {
     return {screen.name().toStdString(), number, {corner.x(), corner.y(), size.width(), size.height()}};
 }
 
-QImage copied(const BgraView& picture) {
+/// Without the fourth byte, which in a screen's pixels means nothing.
+QImage opaqueCopy(const BgraView& picture) {
     if (picture.empty()) return {};
-    return QImage(picture.pixels, picture.width, picture.height, picture.stride, QImage::Format_RGB32).copy();
+    const QImage image(picture.pixels, picture.width, picture.height, picture.stride, QImage::Format_RGB32);
+    return image.convertToFormat(QImage::Format_RGB888);
 }
 
 }  // namespace
@@ -28,7 +30,7 @@ void DesktopIconHider::hide() {
     for (QScreen* screen : QGuiApplication::screens()) {
         const BgraImage wallpaper = platform_.wallpaper(describe(*screen, number++));
         auto window =
-            makeDesktopWindow("DesktopCover.qml", screen->size(), {{"image", copied(wallpaper.view())}});
+            makeDesktopWindow("DesktopCover.qml", screen->size(), {{"image", opaqueCopy(wallpaper.view())}});
         window->setScreen(screen);
         window->setGeometry(screen->geometry());
         window->create();

@@ -62,6 +62,13 @@ class DesktopCover : public ::testing::Test {
         fs::permissions(folder.path() / "bin" / program, fs::perms::owner_all);
         environment["PATH"] = (folder.path() / "bin").string() + ":" + environment["PATH"];
     }
+    xcb_atom_t atom(const std::string& name) const {
+        const auto cookie =
+            xcb_intern_atom(injector.connection(), 0, static_cast<std::uint16_t>(name.size()), name.data());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(injector.connection(), cookie, nullptr), std::free);
+        return reply->atom;
+    }
     void setGnomeWallpaper(const fs::path& file) {
         environment["XDG_CURRENT_DESKTOP"] = "ubuntu:GNOME";
         putInPath("gsettings", "echo \"$2 picture-options 'zoom'\"\necho \"$2 picture-uri 'file://" +
@@ -141,6 +148,28 @@ TEST_F(DesktopCover, ShowsXfcesWallpaper) {
     EXPECT_TRUE(isNearly(colorAt(last, 620, 460), red));
 }
 
+TEST_F(DesktopCover, ShowsWhatLiesOnTheRootWindowOfOtherDesktops) {
+    xcb_connection_t* const connection = injector.connection();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const xcb_pixmap_t tile = xcb_generate_id(connection);
+    xcb_create_pixmap(connection, 24, tile, root, 400, 480);
+    const xcb_gcontext_t painting = xcb_generate_id(connection);
+    xcb_create_gc(connection, painting, tile, 0, nullptr);
+    for (const auto& [color, x] : {std::pair{red, 0}, std::pair{blue, 200}}) {
+        const xcb_rectangle_t half{static_cast<std::int16_t>(x), 0, 200, 480};
+        xcb_change_gc(connection, painting, XCB_GC_FOREGROUND, &color);
+        xcb_poly_fill_rectangle(connection, tile, painting, 1, &half);
+    }
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root, atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP, 32,
+                        1, &tile);
+    synchronize(connection);
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 100, 240), red));
+    EXPECT_TRUE(isNearly(colorAt(last, 300, 240), blue));
+    EXPECT_TRUE(isNearly(colorAt(last, 500, 240), red));
+    EXPECT_TRUE(isNearly(colorAt(last, 630, 240), blue));
+}
+
 class DesktopCoverUnderOpenbox : public DesktopCover {
   protected:
     DesktopCoverUnderOpenbox() : DesktopCover(WindowManager::Openbox) {}
@@ -153,13 +182,6 @@ TEST_F(DesktopCoverUnderOpenbox, LiesOverTheWindowThatHoldsTheIcons) {
                                   .kind = WindowKind::Managed,
                                   .title = "icons",
                                   .isMapped = false});
-    const auto atom = [&](const std::string& name) {
-        const auto cookie =
-            xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-            xcb_intern_atom_reply(connection, cookie, nullptr), std::free);
-        return reply->atom;
-    };
     const xcb_atom_t type = atom("_NET_WM_WINDOW_TYPE_DESKTOP");
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, icons.id(), atom("_NET_WM_WINDOW_TYPE"),
                         XCB_ATOM_ATOM, 32, 1, &type);
