@@ -6,14 +6,19 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
 
 namespace tessaloom {
 namespace {
 
 constexpr std::uint8_t alphaDepth = 32;
+
+/// Fading out included.
+constexpr double longestRepaintSeconds = 0.4;
 
 bool overlap(const PixelRect& a, const PixelRect& b) {
     const PixelRect common = intersection(a, b);
@@ -141,18 +146,20 @@ void X11BeneathWindows::forget(xcb_window_t window) {
 }
 
 bool X11BeneathWindows::refresh() {
-    const auto before = std::exchange(ownAreas_, {});
     stack_.clear();
     std::vector<ShownWindow> others;
     std::vector<PixelRect> frames;
+    std::vector<PixelRect> ours;
     for (const ShownWindow& window : shownWindows(connection_)) {
         frames.push_back(window.frame);
         if (isOurOwn(window.id)) {
-            ownAreas_.push_back(window.frame);
+            ours.push_back(window.frame);
         } else {
             others.push_back(window);
         }
     }
+    const auto before = std::exchange(ownAreas_, leftAndPresent(ours));
+    frames.insert(frames.end(), ownAreas_.begin(), ownAreas_.end());
     desktop_->setWindows(rootFrame(connection_), std::move(frames));
     for (const ShownWindow& window : others) {
         if (overlapAny(window.frame, ownAreas_)) show(window.id, window.frame, window.border, window.depth);
@@ -163,6 +170,24 @@ bool X11BeneathWindows::refresh() {
         return isGone;
     });
     return !std::ranges::equal(before, ownAreas_);
+}
+
+/// A compositing manager goes on showing a window for a while where it no longer is.
+std::vector<PixelRect> X11BeneathWindows::leftAndPresent(const std::vector<PixelRect>& present) {
+    const double now = HostClock::seconds();
+    for (const PixelRect& area : std::exchange(presentAreas_, present)) {
+        const bool isLeft = std::ranges::find(present, area) == present.end();
+        if (isLeft && composited_) leftAreas_.push_back({area, now + longestRepaintSeconds});
+    }
+    std::erase_if(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
+    std::vector<PixelRect> areas = present;
+    std::ranges::transform(leftAreas_, std::back_inserter(areas), &LeftArea::area);
+    return areas;
+}
+
+bool X11BeneathWindows::isOutdated() const {
+    const double now = HostClock::seconds();
+    return std::ranges::any_of(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
 }
 
 /// A resized or newly shown window has a new pixmap, so it is named anew each time.

@@ -36,7 +36,10 @@ class X11BeneathWindows {
     /// The window is gone, and its number free for another.
     void forget(xcb_window_t window);
 
-    /// Where our own windows are.
+    /// Whether the last look has grown too old by itself.
+    bool isOutdated() const;
+
+    /// Where our own windows are, or are still shown.
     const std::vector<PixelRect>& ownAreas() const { return ownAreas_; }
 
     /// Whether the window is one of those that draw() shows; if it is, what of our areas its having
@@ -56,7 +59,13 @@ class X11BeneathWindows {
         xcb_damage_damage_t damage = XCB_NONE;
     };
 
+    struct LeftArea {
+        PixelRect area;
+        double until = 0;  ///< HostClock seconds
+    };
+
     void readFormats();
+    std::vector<PixelRect> leftAndPresent(const std::vector<PixelRect>& present);
     bool isOurOwn(xcb_window_t window);
     void show(xcb_window_t id, const PixelRect& frame, int border, std::uint8_t depth);
     void release(xcb_window_t id, const Window& window) const;
@@ -69,8 +78,10 @@ class X11BeneathWindows {
     bool composited_ = false;  ///< whether a compositing manager makes use of windows' alpha
     std::optional<X11BareDesktop> desktop_;
     std::map<xcb_window_t, bool> isOwn_;
-    std::vector<PixelRect> ownAreas_;
-    std::vector<xcb_window_t> stack_;  ///< those shown, from the bottom up
+    std::vector<PixelRect> presentAreas_;  ///< where our own windows are
+    std::vector<LeftArea> leftAreas_;      ///< where they were, and may still show
+    std::vector<PixelRect> ownAreas_;      ///< both
+    std::vector<xcb_window_t> stack_;      ///< those shown, from the bottom up
     std::map<xcb_window_t, Window> windows_;
 };
 

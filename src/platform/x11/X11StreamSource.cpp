@@ -126,7 +126,7 @@ class RootSource final : public X11StreamSource {
 
     /// What one of our own windows left or came to shows at once; others matter where they lie beneath one.
     Change afterEvents() override {
-        if (!std::exchange(stackIsOld_, false) || !beneath_) return Change::none;
+        if (!beneath_ || !(std::exchange(stackIsOld_, false) || beneath_->isOutdated())) return Change::none;
         const bool ownChanged = beneath_->refresh();
         refreshOwnAreas();
         if (ownChanged) return Change::everything;
