@@ -97,8 +97,8 @@ class JudgedStream {
 
 struct Surroundings {
     const char* name;
-    bool isComposited = false;
-    bool hasWindow = false;  ///< one over the whole screen
+    const char* compositing = nullptr;  ///< how xcompmgr is to do it, if it runs
+    bool hasWindow = false;             ///< one over the whole screen
 };
 
 std::ostream& operator<<(std::ostream& stream, const Surroundings& surroundings) {
@@ -111,7 +111,7 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
     OwnWindowsOnScreen() {
         test::ChildProcess xsetroot({"xsetroot", "-solid", "#204060"}, test::currentEnvironment());
         EXPECT_EQ(xsetroot.waitForExit(5s), 0) << xsetroot.errors();
-        if (GetParam().isComposited) startCompositor();
+        if (GetParam().compositing != nullptr) startCompositor();
         if (GetParam().hasWindow) showPatternedWindow();
         goOn(300ms);
     }
@@ -121,7 +121,8 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
 
     /// It shows a colour of its own where there is no wallpaper, once it has something to show.
     void startCompositor() {
-        compositor.emplace(std::vector<std::string>{"xcompmgr", "-n"}, test::currentEnvironment());
+        compositor.emplace(std::vector<std::string>{"xcompmgr", GetParam().compositing},
+                           test::currentEnvironment());
         const auto shows = [this] {
             const test::TestWindow passing(injector.connection(),
                                            {.rect = {0, 0, 9, 9}, .rgb = desktopColor});
@@ -198,10 +199,11 @@ TEST_P(OwnWindowsOnScreen, LeaveNoPixelInTheRecording) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, OwnWindowsOnScreen,
-                         ::testing::Values(Surroundings{"bareDesktop", false, false},
-                                           Surroundings{"window", false, true},
-                                           Surroundings{"bareDesktopComposited", true, false},
-                                           Surroundings{"windowComposited", true, true}),
+                         ::testing::Values(Surroundings{"bareDesktop", nullptr, false},
+                                           Surroundings{"window", nullptr, true},
+                                           Surroundings{"bareDesktopComposited", "-n", false},
+                                           Surroundings{"windowComposited", "-n", true},
+                                           Surroundings{"windowAmongShadows", "-c", true}),
                          [](const auto& info) { return info.param.name; });
 
 }  // namespace
