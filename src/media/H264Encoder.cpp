@@ -7,6 +7,7 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "media/LibavHandles.h"
 
@@ -21,6 +22,10 @@ struct H264Encoder::Codec {
 namespace {
 
 constexpr int coarsestQuantiser = 51;
+
+/// A picture that came to rest after a movement, which was coarse, gets nearly all its detail in as many
+/// more.
+constexpr int refinementsAfterMovement = 3;
 
 LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     AVDictionary* options = nullptr;
@@ -79,12 +84,21 @@ std::optional<int> quantiserOf(const AVPacket& packet) {
     return static_cast<int>(AV_RL32(statistics)) / FF_QP2LAMBDA;
 }
 
+std::optional<PictureRepeater> makeRepeater(const H264Settings& settings, const AVCodecContext& context) {
+    if (!settings.predictsForwardOnly || context.extradata == nullptr) return std::nullopt;
+    const auto sets =
+        H264ParameterSets::read({context.extradata, static_cast<std::size_t>(context.extradata_size)});
+    if (!sets) return std::nullopt;
+    return PictureRepeater(*sets);
+}
+
 }  // namespace
 
 H264Encoder::H264Encoder(const H264Settings& settings)
     : settings_(settings),
       keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
-      codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})) {}
+      codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})),
+      repeater_(makeRepeater(settings, *codec_->context)) {}
 
 H264Encoder::~H264Encoder() = default;
 
@@ -95,6 +109,8 @@ void H264Encoder::copyParameters(AVCodecParameters& target) const {
 
 void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotion motion,
                          const PacketSink& sink) {
+    if (motion == PictureMotion::none && mayRepeat(ticks)) return repeats_.push_back(ticks);
+    countRefinements(motion);
     AVFrame& frame = *codec_->frame;
     lendPlanes(frame, image);
     frame.format = AV_PIX_FMT_YUV420P;
@@ -113,6 +129,7 @@ void H264Encoder::finish(const PacketSink& sink) {
     requireLibav<EncodingError>(avcodec_send_frame(codec_->context.get(), nullptr),
                                 "The video can't be completed");
     drain(sink);
+    repeatUntil(std::numeric_limits<std::int64_t>::max(), sink);
 }
 
 bool H264Encoder::keyFrameIsDue(std::int64_t ticks) const {
@@ -132,6 +149,19 @@ int H264Encoder::coarsening(PictureMotion motion) const {
     return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
 }
 
+/// As long as the rate control is short of bits, every picture at rest makes the last one finer.
+bool H264Encoder::mayRepeat(std::int64_t ticks) const {
+    return repeater_ && refinements_ == 0 && !keyFrameIsDue(ticks) && settings_.finestQuantisers &&
+           wantedQuantiser_ && *wantedQuantiser_ <= settings_.finestQuantisers->still;
+}
+
+void H264Encoder::countRefinements(PictureMotion motion) {
+    if (motion == PictureMotion::moving)
+        refinements_ = refinementsAfterMovement;
+    else if (motion == PictureMotion::none)
+        refinements_ = std::max(refinements_ - 1, 0);
+}
+
 void H264Encoder::learnFrom(const AVPacket& packet) {
     if ((packet.flags & AV_PKT_FLAG_KEY) != 0)
         lastKeyFrame_ = std::max(lastKeyFrame_.value_or(packet.pts), packet.pts);
@@ -145,9 +175,34 @@ void H264Encoder::drain(const PacketSink& sink) {
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
         requireLibav<EncodingError>(result, "A video frame can't be encoded");
         learnFrom(packet);
-        sink(packet);
+        passOn(packet, sink);
         av_packet_unref(&packet);
     }
+}
+
+void H264Encoder::passOn(AVPacket& packet, const PacketSink& sink) {
+    if (!repeater_) return sink(packet);
+    repeatUntil(packet.pts, sink);
+    const auto bytes = repeater_->append({packet.data, static_cast<std::size_t>(packet.size)});
+    put(bytes, packet.pts, packet.flags, sink);
+}
+
+void H264Encoder::repeatUntil(std::int64_t ticks, const PacketSink& sink) {
+    for (; !repeats_.empty() && repeats_.front() < ticks; repeats_.pop_front())
+        put(repeater_->repeat(), repeats_.front(), 0, sink);
+}
+
+void H264Encoder::put(std::span<const std::uint8_t> bytes, std::int64_t ticks, int flags,
+                      const PacketSink& sink) {
+    const LibavHandle<AVPacket> packet(av_packet_alloc());
+    requireLibav<EncodingError>(av_new_packet(packet.get(), static_cast<int>(bytes.size())),
+                                "A video frame can't be stored");
+    std::ranges::copy(bytes, packet->data);
+    packet->pts = ticks;
+    // Pictures come in order, but the stream's header allows for as many that don't.
+    packet->dts = ticks - codec_->context->has_b_frames;
+    packet->flags = flags;
+    sink(*packet);
 }
 
 }  // namespace tessaloom
