@@ -27,6 +27,10 @@ constexpr int coarsestQuantiser = 51;
 /// more.
 constexpr int refinementsAfterMovement = 3;
 
+/// In seconds, as long as the rate control has too few bits for a picture at rest: what it saves in between
+/// makes the next one finer.
+constexpr double refinementInterval = 0.15;
+
 LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     AVDictionary* options = nullptr;
     for (const auto& [name, value] : settings.options)
@@ -97,6 +101,8 @@ std::optional<PictureRepeater> makeRepeater(const H264Settings& settings, const 
 H264Encoder::H264Encoder(const H264Settings& settings)
     : settings_(settings),
       keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
+      refinementTicks_(std::llround(refinementInterval * settings.timescale)),
+      refinements_(refinementsAfterMovement),
       codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})),
       repeater_(makeRepeater(settings, *codec_->context)) {}
 
@@ -111,6 +117,7 @@ void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotio
                          const PacketSink& sink) {
     if (motion == PictureMotion::none && mayRepeat(ticks)) return repeats_.push_back(ticks);
     countRefinements(motion);
+    lastEncoded_ = ticks;
     AVFrame& frame = *codec_->frame;
     lendPlanes(frame, image);
     frame.format = AV_PIX_FMT_YUV420P;
@@ -149,10 +156,14 @@ int H264Encoder::coarsening(PictureMotion motion) const {
     return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
 }
 
-/// As long as the rate control is short of bits, every picture at rest makes the last one finer.
 bool H264Encoder::mayRepeat(std::int64_t ticks) const {
-    return repeater_ && refinements_ == 0 && !keyFrameIsDue(ticks) && settings_.finestQuantisers &&
-           wantedQuantiser_ && *wantedQuantiser_ <= settings_.finestQuantisers->still;
+    if (!repeater_ || !lastEncoded_ || refinements_ > 0 || keyFrameIsDue(ticks)) return false;
+    return isAsFineAsUseful() || ticks - *lastEncoded_ < refinementTicks_;
+}
+
+bool H264Encoder::isAsFineAsUseful() const {
+    return !settings_.finestQuantisers ||
+           (wantedQuantiser_ && *wantedQuantiser_ <= settings_.finestQuantisers->still);
 }
 
 void H264Encoder::countRefinements(PictureMotion motion) {

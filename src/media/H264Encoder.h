@@ -47,6 +47,7 @@ class H264Encoder {
     void choosePrediction(AVFrame& frame);
     int coarsening(PictureMotion motion) const;
     bool mayRepeat(std::int64_t ticks) const;
+    bool isAsFineAsUseful() const;
     void countRefinements(PictureMotion motion);
     void learnFrom(const AVPacket& packet);
     void drain(const PacketSink& sink);
@@ -56,12 +57,15 @@ class H264Encoder {
 
     H264Settings settings_;
     std::int64_t keyFrameTicks_;
+    std::int64_t refinementTicks_;
     /// Asked for, or chosen by the encoder.
     std::optional<std::int64_t> lastKeyFrame_;
     /// What the rate control wanted for the picture that came out last, before it was made coarser.
     std::optional<int> wantedQuantiser_;
-    /// How often the encoder is to get the last picture again before it may be repeated without.
-    int refinements_ = 0;
+    /// When the encoder got its last picture, and how often it is to get that again before it may be repeated
+    /// without.
+    std::optional<std::int64_t> lastEncoded_;
+    int refinements_;
     std::unique_ptr<Codec> codec_;
     std::optional<PictureRepeater> repeater_;
     /// When the encoder's last picture is to be shown again, and the encoder may not have handed it out yet.
