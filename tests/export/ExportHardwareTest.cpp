@@ -146,8 +146,8 @@ TEST_F(ExportHardwareTest, EachEncoderHasItsOwnMarkerForAsLongAsItRuns) {
 TEST_F(ExportHardwareTest, TheNextEncoderIsUsedWhereTheFirstCrashed) {
     fs::create_directory(marker_.parent_path());
     std::ofstream(marker_).put('\n');
-    exportWith(
-        {{.exported = &missingEncoder, .marker = marker_}, {.exported = &mainProfile, .marker = newer_}});
+    exportWith({{.exported = &H264Settings::exported, .marker = marker_},
+                {.exported = &mainProfile, .marker = newer_}});
     expectWholeMovie("Main");
     EXPECT_TRUE(fs::exists(marker_));
 }
