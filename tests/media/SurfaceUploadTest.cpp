@@ -96,7 +96,7 @@ TEST_F(SurfaceUploadTest, AnEncoderGetsEachPictureOnASurface) {
     std::int64_t arrived = 0;
     const auto check = [&arrived](AVPacket& packet) {
         const auto& frame = *reinterpret_cast<const AVFrame*>(packet.data);
-        EXPECT_EQ(frame.format, AV_PIX_FMT_VULKAN);
+        ASSERT_EQ(frame.format, AV_PIX_FMT_VULKAN);
         EXPECT_EQ(frame.pts, arrived);
         EXPECT_TRUE(test::samePixels(pictureOn(frame), noise(160, 90, static_cast<unsigned>(frame.pts))));
         ++arrived;
