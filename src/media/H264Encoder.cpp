@@ -10,10 +10,14 @@ extern "C" {
 #include <limits>
 
 #include "media/LibavHandles.h"
+#include "media/SurfaceUpload.h"
 
 namespace tessaloom {
 
 struct H264Encoder::Codec {
+    explicit Codec(const H264Settings& settings);
+
+    std::optional<SurfaceUpload> surfaces;
     LibavHandle<AVCodecContext> context;
     LibavHandle<AVFrame> frame{av_frame_alloc()};
     LibavHandle<AVPacket> packet{av_packet_alloc()};
@@ -38,13 +42,20 @@ LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     return LibavHandle<AVDictionary>(options);
 }
 
-LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
+std::optional<SurfaceUpload> openSurfaces(const H264Settings& settings) {
+    if (!settings.surfaces) return std::nullopt;
+    return SurfaceUpload::open(*settings.surfaces, settings.width, settings.height);
+}
+
+LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings,
+                                        const std::optional<SurfaceUpload>& surfaces) {
     const AVCodec* encoder = avcodec_find_encoder_by_name(settings.encoder.c_str());
     if (encoder == nullptr) throw EncodingError("This FFmpeg has no " + settings.encoder + " encoder.");
     LibavHandle<AVCodecContext> context(avcodec_alloc_context3(encoder));
     context->width = settings.width;
     context->height = settings.height;
     context->pix_fmt = AV_PIX_FMT_YUV420P;
+    if (surfaces) surfaces->announceTo(*context);
     context->time_base = {1, settings.timescale};
     // The rate only guides the encoder's bit budget; frame times may be as uneven as they like.
     context->framerate = {60, 1};
@@ -65,6 +76,9 @@ void lendPlanes(AVFrame& frame, const YuvImage& image) {
     const auto size = static_cast<std::size_t>(image.stride(0)) * static_cast<std::size_t>(image.height());
     constexpr auto keepPixels = [](void*, std::uint8_t*) {};
     frame.buf[0] = av_buffer_create(frame.data[0], size, keepPixels, nullptr, AV_BUFFER_FLAG_READONLY);
+    frame.format = AV_PIX_FMT_YUV420P;
+    frame.width = image.width();
+    frame.height = image.height();
 }
 
 /// Asks for a quantiser that is `steps` coarser than the rate control's, everywhere in the picture.
@@ -98,17 +112,23 @@ std::optional<PictureRepeater> makeRepeater(const H264Settings& settings, const 
 
 }  // namespace
 
+H264Encoder::Codec::Codec(const H264Settings& settings)
+    : surfaces(openSurfaces(settings)), context(openEncoder(settings, surfaces)) {}
+
 H264Encoder::H264Encoder(const H264Settings& settings)
     : settings_(settings),
       keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
       refinementTicks_(std::llround(refinementInterval * settings.timescale)),
       refinements_(refinementsAfterMovement),
-      codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})),
+      codec_(std::make_unique<Codec>(settings)),
       repeater_(makeRepeater(settings, *codec_->context)) {}
 
 H264Encoder::~H264Encoder() = default;
 
 void H264Encoder::copyParameters(AVCodecParameters& target) const {
+    // Players find the parameter sets in the container alone.
+    if (codec_->context->extradata_size == 0)
+        throw EncodingError("The encoder doesn't describe the video stream.");
     requireLibav<EncodingError>(avcodec_parameters_from_context(&target, codec_->context.get()),
                                 "The video stream can't be described");
 }
@@ -119,10 +139,10 @@ void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotio
     countRefinements(motion);
     lastEncoded_ = ticks;
     AVFrame& frame = *codec_->frame;
-    lendPlanes(frame, image);
-    frame.format = AV_PIX_FMT_YUV420P;
-    frame.width = image.width();
-    frame.height = image.height();
+    if (codec_->surfaces)
+        codec_->surfaces->upload(image, frame);
+    else
+        lendPlanes(frame, image);
     frame.pts = ticks;
     choosePrediction(frame);
     if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
