@@ -14,6 +14,7 @@
 #include "platform/pipewire/PipeWireDevices.h"
 #include "support/SoundServer.h"
 #include "support/VirtualSound.h"
+#include "support/VirtualSoundCard.h"
 
 namespace tessaloom {
 namespace {
@@ -21,6 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::SoundServer;
 using test::VirtualSound;
+using test::VirtualSoundCard;
 
 constexpr double tolerance = 0.010;
 
@@ -57,6 +59,11 @@ class Listener {
         const std::lock_guard guard(lock_);
         return start_ + static_cast<double>(samples_.size()) / 48'000;
     }
+    /// Samples in a second of HostClock as the device gave them.
+    double receivedRate() const {
+        const std::lock_guard guard(lock_);
+        return static_cast<double>(framesBeforeLast_) / (lastChunk_ - start_);
+    }
     const LiveSoundSource& source() const { return *source_; }
 
   private:
@@ -74,6 +81,9 @@ class Listener {
                     samples_.push_back(more[i]);
             });
         }
+        lastChunk_ = chunk.hostTime;
+        framesBeforeLast_ = frames_;
+        frames_ += chunk.samples.size() / channels;
         lost_ += chunk.buffersLostBefore;
         sound_->append(chunk);
     }
@@ -83,6 +93,9 @@ class Listener {
     std::chrono::milliseconds stall_{0};
     std::optional<SteadySound> sound_;
     double start_ = 0;
+    double lastChunk_ = 0;
+    std::size_t frames_ = 0;
+    std::size_t framesBeforeLast_ = 0;
     std::vector<float> samples_;
     int lost_ = 0;
 };
@@ -143,6 +156,24 @@ TEST_F(PipeWireSound, ABeepIsHeardWhenItHappens) {
     sleepUntil(beep + 0.3);
     EXPECT_NEAR(ear.beepOnset(beep), beep, tolerance);
     EXPECT_NEAR(tap.beepOnset(beep), beep, tolerance);
+}
+
+TEST_F(PipeWireSound, OfACardWhoseClockIsFastBeepsAreHeardWhenTheyHappen) {
+    const VirtualSoundCard card(server.socket(), "card", 5000e-6);
+    const VirtualSound microphone(server.socket(), VirtualSound::Kind::microphone, "first",
+                                  VirtualSoundCard::group);
+    for (int round = 0; round < 100 && !find("first"); ++round)
+        std::this_thread::sleep_for(20ms);
+    const auto player = plugIn("player", VirtualSound::Kind::player);
+    Listener ear(devices.openMicrophone(""));
+    Listener tap(devices.openSystemAudio());
+    // By then the clock alone would have moved them by 25 ms.
+    const double beep = nextBeep(5);
+    sleepUntil(beep + 0.3);
+    EXPECT_NEAR(ear.beepOnset(beep), beep, tolerance);
+    EXPECT_NEAR(tap.beepOnset(beep), beep, tolerance);
+    EXPECT_NEAR(ear.receivedRate(), 48'000 * 1.005, 24);
+    EXPECT_NEAR(tap.receivedRate(), 48'000 * 1.005, 24);
 }
 
 TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {
