@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -59,10 +60,12 @@ class Listener {
         const std::lock_guard guard(lock_);
         return start_ + static_cast<double>(samples_.size()) / 48'000;
     }
-    /// Samples in a second of HostClock as the device gave them.
+    /// Samples in a second of HostClock as the device gave them, whatever a busy server left out.
     double receivedRate() const {
         const std::lock_guard guard(lock_);
-        return static_cast<double>(framesBeforeLast_) / (lastChunk_ - start_);
+        auto rates = rates_;
+        std::ranges::sort(rates);
+        return rates.at(rates.size() / 2);
     }
     const LiveSoundSource& source() const { return *source_; }
 
@@ -81,9 +84,9 @@ class Listener {
                     samples_.push_back(more[i]);
             });
         }
-        lastChunk_ = chunk.hostTime;
-        framesBeforeLast_ = frames_;
-        frames_ += chunk.samples.size() / channels;
+        const auto frames = static_cast<double>(chunk.samples.size() / channels);
+        if (const double last = std::exchange(lastChunk_, chunk.hostTime); last > 0)
+            rates_.push_back(frames / (chunk.hostTime - last));
         lost_ += chunk.buffersLostBefore;
         sound_->append(chunk);
     }
@@ -94,8 +97,7 @@ class Listener {
     std::optional<SteadySound> sound_;
     double start_ = 0;
     double lastChunk_ = 0;
-    std::size_t frames_ = 0;
-    std::size_t framesBeforeLast_ = 0;
+    std::vector<double> rates_;  ///< from each chunk to the next
     std::vector<float> samples_;
     int lost_ = 0;
 };
