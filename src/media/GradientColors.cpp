@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 
 #include "media/ColorCell.h"
 #include "media/ColorPalette.h"
@@ -34,29 +35,28 @@ bool isRise(const std::uint8_t* from, const std::uint8_t* to) {
     return false;
 }
 
+bool isSame(const std::uint8_t* a, const std::uint8_t* b) {
+    return std::memcmp(a, b, 4) == 0;
+}
+
 /// Whether the colour changes softly from `pixel` on, within `reach` steps.
 bool risesAlong(const std::uint8_t* pixel, std::ptrdiff_t step, int reach) {
     const std::uint8_t* place = pixel;
-    for (int i = 0; i < reach; ++i) {
+    for (int i = 0; i < reach; ++i, place += step) {
+        const std::uint8_t* next = place + step;
+        if (isSame(place, next) && isSame(place, place - step)) continue;
         if (bends(place, step)) return false;
-        place += step;
-        if (isRise(pixel, place)) return true;
+        if (isRise(pixel, next)) return true;
     }
     return false;
 }
 
-/// Of a pixel that isn't at the border.
+/// Of a pixel that isn't at the border. To the right and down is enough: a gradient goes on there, too.
 bool isInGradient(const BgraView& picture, int x, int y) {
     const std::uint8_t* pixel = picture.row(y) + std::ptrdiff_t{4} * x;
     if (bends(pixel, 4) || bends(pixel, picture.stride)) return false;
-    const struct {
-        std::ptrdiff_t step;
-        int room;
-    } directions[] = {
-        {4, picture.width - 1 - x}, {-4, x}, {picture.stride, picture.height - 1 - y}, {-picture.stride, y}};
-    return std::ranges::any_of(directions, [pixel](const auto& direction) {
-        return risesAlong(pixel, direction.step, std::min(mostReach, direction.room));
-    });
+    return risesAlong(pixel, 4, std::min(mostReach, picture.width - 1 - x)) ||
+           risesAlong(pixel, picture.stride, std::min(mostReach, picture.height - 1 - y));
 }
 
 }  // namespace
