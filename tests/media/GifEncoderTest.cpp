@@ -231,6 +231,10 @@ TEST_F(GifEncoderTest, AFlatPanelOverAGradientShowsOneColor) {
     pictures.push_back(broadGradient());
     paint(pictures[0], {40, 40, 150, 120}, {34, 45, 33});
     paint(pictures[0], {60, 60, 100, 20}, {90, 97, 89});
+    // Too small for colours of their own: those of the gradient around them are near.
+    const auto smallPanel = [](int i) { return PixelRect{196 + 10 * i, 104, 8, 8}; };
+    for (int i = 0; i < 6; ++i)
+        paint(pictures[0], smallPanel(i), {108, 64, static_cast<std::uint8_t>(58 - 7 * i)});
     encode(pictures);
     const BgraImage shown = std::move(test::shownPictures(file_).at(0));
     const auto expectPlain = [&](PixelRect area, std::uint32_t color) {
@@ -240,6 +244,8 @@ TEST_F(GifEncoderTest, AFlatPanelOverAGradientShowsOneColor) {
     };
     expectPlain({40, 90, 150, 70}, 0x212D22);
     expectPlain({60, 60, 100, 20}, 0x59615A);
+    for (int i = 0; i < 6; ++i)
+        expectPlain(smallPanel(i), colorAt(shown.view(), smallPanel(i).x, smallPanel(i).y));
 }
 
 TEST_F(GifEncoderTest, UnderAMovingPointerNothingElseChanges) {
