@@ -81,8 +81,9 @@ void lendPlanes(AVFrame& frame, const YuvImage& image) {
     frame.height = image.height();
 }
 
-/// Asks for a quantiser that is `steps` coarser than the rate control's, everywhere in the picture.
-void coarsen(AVFrame& frame, int steps) {
+/// Asks for a quantiser that is `steps` coarser (or finer, below zero) than the rate control's, everywhere in
+/// the picture.
+void shiftQuantiser(AVFrame& frame, int steps) {
     AVFrameSideData* data =
         av_frame_new_side_data(&frame, AV_FRAME_DATA_REGIONS_OF_INTEREST, sizeof(AVRegionOfInterest));
     if (data == nullptr) return;
@@ -145,7 +146,8 @@ void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotio
         lendPlanes(frame, image);
     frame.pts = ticks;
     choosePrediction(frame);
-    if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
+    const int finer = frame.pict_type == AV_PICTURE_TYPE_I ? settings_.finerKeyFrames : 0;
+    if (const int steps = coarsening(motion) - finer; steps != 0) shiftQuantiser(frame, steps);
     const int result = avcodec_send_frame(codec_->context.get(), &frame);
     av_frame_unref(&frame);
     requireLibav<EncodingError>(result, "A video frame can't be encoded");
@@ -173,7 +175,7 @@ void H264Encoder::choosePrediction(AVFrame& frame) {
 int H264Encoder::coarsening(PictureMotion motion) const {
     if (!settings_.finestQuantisers || !wantedQuantiser_) return 0;
     const auto [still, moving] = *settings_.finestQuantisers;
-    return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
+    return std::max((motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_, 0);
 }
 
 bool H264Encoder::mayRepeat(std::int64_t ticks) const {

@@ -22,6 +22,7 @@ H264Settings H264Settings::capture(int width, int height) {
                   .height = height,
                   .timescale = 90'000,
                   .keyFrameInterval = 1.0,
+                  .finerKeyFrames = 4,
                   .options = {{"preset", "superfast"},
                               {"tune", "zerolatency"},
                               {"crf", "20"},

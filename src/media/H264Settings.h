@@ -32,6 +32,9 @@ struct H264Settings {
     /// Where the encoder wants its pictures; absent for one that takes them from the processor.
     std::optional<SurfaceDevice> surfaces = std::nullopt;
     std::optional<FinestQuantisers> finestQuantisers = std::nullopt;
+    /// By how many quantiser steps a key frame is finer than the encoder would make it. Where pictures come
+    /// only when something changes, a scene at rest has no other.
+    int finerKeyFrames = 0;
     /// Pictures are predicted from earlier ones only, which takes less time than from later ones, too.
     bool predictsForwardOnly = false;
     /// Encoder options by libav name, applied in order.
