@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <vector>
 
 #include "capture/CapturePlatform.h"
 #include "capture/RecordingDevices.h"
@@ -19,7 +19,7 @@ struct CommandServices {
     CapturePlatform& capture;
     RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
-    std::optional<HardwareEncoding> hardwareEncoding;
+    std::vector<HardwareEncoding> hardwareEncodings;
     /// Ends the wait of the main thread's windows for a display server that hangs. Any thread.
     std::function<void()> hangUpWindows;
 };
