@@ -20,6 +20,7 @@ namespace {
 class Chooser : public ::testing::Test {
   protected:
     Chooser() {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         for (std::uint32_t id = 1; id <= 5; ++id)
             platform.windows.push_back({.id = id, .frame = {0, 0, 100.0 * id, 100}, .title = "A window"});
     }

@@ -106,7 +106,7 @@ TEST_F(Thumbnails, FitTheSizeInProportionAndAreNeverEnlarged) {
     for (const std::size_t index : {1U, 2U, 3U})
         ASSERT_TRUE(pictures.waitForMiddle(index, green));
     EXPECT_EQ(pictures.sizeOf(0), QSize(80, 60));
-    EXPECT_EQ(pictures.sizeOf(1), QSize(80, 27));
+    EXPECT_EQ(pictures.sizeOf(1), QSize(80, 26));
     EXPECT_EQ(pictures.sizeOf(2), QSize(30, 60));
     EXPECT_EQ(pictures.sizeOf(3), QSize(60, 40));
 }
