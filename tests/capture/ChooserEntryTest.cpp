@@ -6,8 +6,11 @@
 namespace tessaloom {
 namespace {
 
-const ShareableWindow editor{
-    .id = 3, .frame = {10, 20, 300, 200}, .applicationName = "Editor", .title = "notes.txt"};
+const ShareableWindow editor{.id = 3,
+                             .frame = {10, 20, 300, 200},
+                             .applicationName = "Editor",
+                             .bundleIdentifier = "editor",
+                             .title = "notes.txt"};
 
 std::vector<std::pair<QString, QString>> captions(const ShareableContent& content) {
     std::vector<std::pair<QString, QString>> texts;

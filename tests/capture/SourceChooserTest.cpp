@@ -22,7 +22,11 @@ class Chooser : public ::testing::Test {
     Chooser() {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         for (std::uint32_t id = 1; id <= 5; ++id)
-            platform.windows.push_back({.id = id, .frame = {0, 0, 100.0 * id, 100}, .title = "A window"});
+            platform.windows.push_back({.id = id,
+                                        .frame = {0, 0, 100.0 * id, 100},
+                                        .applicationName = "Editor",
+                                        .bundleIdentifier = "editor",
+                                        .title = "A window"});
     }
     static QQuickView* view() {
         for (QWindow* window : QGuiApplication::allWindows()) {
