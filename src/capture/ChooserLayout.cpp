@@ -13,7 +13,7 @@ constexpr std::array cardWidths{380, 320, 270, 230, 190};
 constexpr int mostColumns = 6;
 constexpr int screenMargin = 24;
 constexpr int sheetPadding = 18;
-constexpr int leastSheetWidth = 470;  ///< for its heading
+constexpr int leastSheetWidth = 540;  ///< for its heading
 constexpr int headingHeight = 64;
 constexpr int footingHeight = 42;
 constexpr int cardPadding = 14;

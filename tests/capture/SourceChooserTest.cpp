@@ -9,7 +9,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 
-#include "capture/PictureItem.h"
+#include "capture/ChooserLayout.h"
 #include "capture/ScriptedPlatform.h"
 #include "support/LogLines.h"
 
