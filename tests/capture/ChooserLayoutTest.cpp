@@ -23,9 +23,9 @@ TEST(ChooserLayout, FitsEveryScreenWithAnyNumberOfCards) {
 
 TEST(ChooserLayout, FewCardsAreLargerThanMany) {
     const auto cardWidth = [](int count) { return chooserLayout({1920, 1080}, count).card.width(); };
-    EXPECT_GT(cardWidth(4), cardWidth(12));
-    EXPECT_GT(cardWidth(12), cardWidth(30));
-    EXPECT_EQ(cardWidth(30), cardWidth(300)) << "the smallest, which are scrolled";
+    EXPECT_GT(cardWidth(4), cardWidth(20));
+    EXPECT_GT(cardWidth(20), cardWidth(60));
+    EXPECT_EQ(cardWidth(60), cardWidth(300)) << "the smallest, which are scrolled";
 }
 
 TEST(ChooserLayout, RowsAreOfAboutTheSameLength) {

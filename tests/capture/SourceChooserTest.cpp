@@ -19,8 +19,9 @@ namespace {
 /// A display and five windows, numbered from 1, to choose from.
 class Chooser : public ::testing::Test {
   protected:
+    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
+
     Chooser() {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         for (std::uint32_t id = 1; id <= 5; ++id)
             platform.windows.push_back({.id = id,
                                         .frame = {0, 0, 100.0 * id, 100},

@@ -111,6 +111,14 @@ TEST_F(Thumbnails, FitTheSizeInProportionAndAreNeverEnlarged) {
     EXPECT_EQ(pictures.sizeOf(3), QSize(60, 40));
 }
 
+TEST_F(Thumbnails, EachHoldsItsOwnPixels) {
+    const TestWindow first(connection, {.rect = {0, 0, 60, 40}, .rgb = green});
+    const TestWindow second(connection, {.rect = {100, 0, 60, 40}, .rgb = blue});
+    LastPictures pictures({of(first, 60, 40), of(second, 60, 40)});
+    ASSERT_TRUE(pictures.waitForMiddle(1, blue));
+    EXPECT_TRUE(pictures.waitForMiddle(0, green));
+}
+
 TEST_F(Thumbnails, ACoveredWindowShowsWhatItHolds) {
     const TestWindow window(connection, {.rect = {20, 20, 160, 120}, .rgb = green});
     const TestWindow cover(connection, {.rect = {0, 0, 320, 240}, .rgb = red});

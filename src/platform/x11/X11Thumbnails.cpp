@@ -9,6 +9,7 @@
 #include <exception>
 #include <utility>
 
+#include "base/Log.h"
 #include "capture/ScreenCaptureEngine.h"
 #include "platform/x11/DamageRegion.h"
 #include "platform/x11/X11SourceDamage.h"
@@ -24,6 +25,14 @@ constexpr int bytesPerPixel = 4;
 
 std::size_t byteCount(const PixelRect& rect) {
     return static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height) * bytesPerPixel;
+}
+
+/// In memory of its own.
+QImage thumbnail(const BgraView& pixels, QSize largest) {
+    const QImage whole(pixels.pixels, pixels.width, pixels.height, pixels.stride, QImage::Format_RGB32);
+    const QSize fitting = whole.size().scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1});
+    if (fitting.width() >= whole.width()) return whole.copy();
+    return whole.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 }  // namespace
@@ -99,7 +108,8 @@ void X11Thumbnails::keepCoveredPixels() const {
 std::unique_ptr<X11Thumbnails::Subject> X11Thumbnails::open(std::size_t index) const {
     try {
         return std::make_unique<Subject>(*connection_, index, filters_[index]);
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        qCInfo(Log::sourcePicker, "No thumbnail of number %zu: %s", index, error.what());
         return nullptr;
     }
 }
@@ -148,11 +158,8 @@ void X11Thumbnails::deliver(Subject& subject) const {
     const auto cookie = pixels_->requestImage(source.drawable(), place, 0);
     const X11Reply<xcb_shm_get_image_reply_t> reply(xcb_shm_get_image_reply(*connection_, cookie, nullptr));
     if (!reply || reply->size != byteCount(part)) return;  // gone, or not of 32 bits a pixel
-    const QImage whole(pixels_->data(), part.width, part.height, part.width * bytesPerPixel,
-                       QImage::Format_RGB32);
-    const QSize size = whole.size().boundedTo(whole.size().scaled(largest_, Qt::KeepAspectRatio));
     handler_(subject.index,
-             whole.scaled(size.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+             thumbnail({pixels_->data(), part.width, part.height, part.width * bytesPerPixel}, largest_));
 }
 
 /// Still things cost nothing: only the server, or a stop that hangs up, ends this.
