@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <condition_variable>
+#include <cstring>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -61,7 +62,9 @@ class LastPictures {
 
   private:
     static std::uint32_t colorAt(const QImage& picture, const QPoint& place) {
-        return picture.pixel(place) & 0xFFFFFFU;
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, picture.constScanLine(place.y()) + 4 * place.x(), sizeof pixel);
+        return pixel ^ 0xFF000000U;  // opaque, also in the bits that its format may leave open
     }
 
     std::mutex lock_;

@@ -27,11 +27,11 @@ std::size_t byteCount(const PixelRect& rect) {
     return static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height) * bytesPerPixel;
 }
 
-/// In memory of its own.
+/// In memory of its own, and with the alpha that the server leaves out.
 QImage thumbnail(const BgraView& pixels, QSize largest) {
     const QImage whole(pixels.pixels, pixels.width, pixels.height, pixels.stride, QImage::Format_RGB32);
     const QSize fitting = whole.size().scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1});
-    if (fitting.width() >= whole.width()) return whole.copy();
+    if (fitting.width() >= whole.width()) return whole.convertToFormat(QImage::Format_ARGB32);
     return whole.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
