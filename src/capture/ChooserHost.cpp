@@ -41,7 +41,7 @@ ChooserHost::ChooserHost(CapturePlatform& platform, Done done)
 
 /// The view shows a still of its screen: without a compositing manager nothing is see-through.
 void ChooserHost::makeWindow(QScreen* screen) {
-    auto model = std::make_unique<ChooserModel>(entries_);
+    auto model = std::make_unique<ChooserModel>(entries_, screen->devicePixelRatio());
     window_ = makeOverlayWindow("ChooserView.qml", screen->size(),
                                 {{"model", QVariant::fromValue(model.get())},
                                  {"image", screen->grabWindow(0).toImage()},
@@ -60,12 +60,11 @@ void ChooserHost::makeWindow(QScreen* screen) {
 }
 
 /// Pictures arrive on a thread of their own, and go to the model as long as that lives.
-void ChooserHost::startThumbnails(CapturePlatform& platform, double pixelRatio) {
+void ChooserHost::startThumbnails(CapturePlatform& platform, double pixelsPerPoint) {
     std::vector<ContentFilter> filters;
     std::ranges::transform(entries_, std::back_inserter(filters), &ChooserEntry::filter);
-    thumbnails_ = platform.makeThumbnailSource(filters, layout_.picture * pixelRatio);
-    thumbnails_->start([model = model_, pixelRatio](std::size_t index, QImage picture) {
-        picture.setDevicePixelRatio(pixelRatio);
+    thumbnails_ = platform.makeThumbnailSource(filters, layout_.picture * pixelsPerPoint);
+    thumbnails_->start([model = model_](std::size_t index, const QImage& picture) {
         QMetaObject::invokeMethod(
             model, [model, index, picture] { model->setPicture(index, picture); }, Qt::QueuedConnection);
     });

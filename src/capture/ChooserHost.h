@@ -39,7 +39,7 @@ class ChooserHost : public QObject {
 
   private:
     void makeWindow(QScreen* screen);
-    void startThumbnails(CapturePlatform& platform, double pixelRatio);
+    void startThumbnails(CapturePlatform& platform, double pixelsPerPoint);
 
     std::vector<ChooserEntry> entries_;
     Done done_;

@@ -9,8 +9,8 @@
 namespace tessaloom {
 namespace {
 
-constexpr std::array cardWidths{380, 320, 270, 230, 190};
-constexpr int mostColumns = 6;
+constexpr std::array cardWidths{380, 340, 300, 270, 240, 215, 190};
+constexpr int mostColumns = 7;
 constexpr int screenMargin = 24;
 constexpr int sheetPadding = 18;
 constexpr int leastSheetWidth = 540;  ///< for its heading

@@ -11,7 +11,8 @@ enum Role { titleRole = Qt::UserRole, detailRole, isDisplayRole, pictureRole, pi
 
 }  // namespace
 
-ChooserModel::ChooserModel(const std::vector<ChooserEntry>& entries) {
+ChooserModel::ChooserModel(const std::vector<ChooserEntry>& entries, double pixelsPerPoint)
+    : pixelsPerPoint_(pixelsPerPoint) {
     for (const ChooserEntry& entry : entries)
         cards_.push_back({entry.title, entry.detail, !entry.filter.window, {}});
 }
@@ -42,7 +43,7 @@ QVariant ChooserModel::data(const QModelIndex& index, int role) const {
         case pictureRole:
             return card.picture;
         case pictureSizeRole:
-            return card.picture.deviceIndependentSize();
+            return QSizeF(card.picture.size()) / pixelsPerPoint_;
         default:
             return {};
     }

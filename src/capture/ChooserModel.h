@@ -15,11 +15,11 @@ class ChooserModel : public QAbstractListModel {
     Q_PROPERTY(int current READ current NOTIFY currentChanged)
 
   public:
-    explicit ChooserModel(const std::vector<ChooserEntry>& entries);
+    /// Its pictures have `pixelsPerPoint`.
+    ChooserModel(const std::vector<ChooserEntry>& entries, double pixelsPerPoint);
 
     int current() const { return current_; }
     void setCurrent(int index);
-    /// Its device pixel ratio says how large it is shown.
     void setPicture(std::size_t index, const QImage& picture);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -38,6 +38,7 @@ class ChooserModel : public QAbstractListModel {
     };
 
     std::vector<Card> cards_;
+    double pixelsPerPoint_;
     int current_ = 0;
 };
 
