@@ -28,7 +28,8 @@ struct Command {
 constexpr std::array commands = {
     Command{"record", "record the screen",
             R"(Usage: tessaloom record [--display N | --area X,Y,W,H|select | --window APP [--title TEXT]
-                         | --pick] [--microphone|--no-microphone] [--camera|--no-camera]
+                         | --pick]
+                        [--microphone|--no-microphone] [--camera|--no-camera]
                         [--system-audio|--no-system-audio] [--countdown S] [--duration S]
 
 Records until Ctrl-C, or for --duration seconds, and prints the recording's path.
