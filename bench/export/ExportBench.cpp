@@ -13,6 +13,7 @@
 
 #include "BenchTake.h"
 #include "Cost.h"
+#include "WorkFolder.h"
 #include "export/TakeExport.h"
 #include "media/MovieReader.h"
 #include "render/CpuRenderer.h"
@@ -80,15 +81,13 @@ BenchTake wantedTake(const QCommandLineParser& arguments) {
 }
 
 void run(const QCommandLineParser& arguments) {
-    const fs::path folder = fs::temp_directory_path() / "tessaloom-export-bench";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+    const WorkFolder work("tessaloom-export-bench");
+    const fs::path& folder = work.path();
     const fs::path existing = arguments.positionalArguments().value(0).toStdString();
     const TakeBundle bundle =
         fs::is_directory(existing) ? TakeBundle{existing} : makeBenchTake(wantedTake(arguments), folder);
     for (int round = arguments.value("rounds").toInt(); round > 0; --round)
         compare(bundle, folder);
-    fs::remove_all(folder);
 }
 
 }  // namespace

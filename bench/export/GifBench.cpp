@@ -13,6 +13,7 @@
 #include <string>
 
 #include "Cost.h"
+#include "WorkFolder.h"
 #include "export/FramePipeline.h"
 #include "export/GIFWriter.h"
 #include "export/TakeExport.h"
@@ -126,9 +127,8 @@ void measure(const char* what, const Drawn& drawn, const fs::path& gif, const st
 }
 
 void run(const QStringList& words) {
-    const fs::path folder = fs::temp_directory_path() / "tessaloom-gif-bench";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+    const WorkFolder work("tessaloom-gif-bench");
+    const fs::path& folder = work.path();
     const Drawn drawn =
         draw({words.value(0).toStdString()}, words.value(1, "15").toDouble(), folder / "frames");
     std::printf("%jd frames of %s\n", static_cast<std::intmax_t>(drawn.frames), drawn.size().c_str());
@@ -144,7 +144,6 @@ void run(const QStringList& words) {
         const fs::path gif = folder / "theirs.gif";
         measure(one.name, drawn, gif, [&] { writeTheirs(drawn, one.statistics, one.dither, gif); });
     }
-    fs::remove_all(folder);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/InputRecorder.h"
 
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 
@@ -67,10 +68,13 @@ void InputRecorder::discardJournal() {
     journal_.reset();
 }
 
+/// Writing may take long on a busy disk; the next one is due all the same.
 void InputRecorder::run(const std::stop_token& stop) {
     std::unique_lock guard(lock_);
+    auto due = std::chrono::steady_clock::now();
     while (!stop.stop_requested()) {
-        wakeUp_.wait_for(guard, stop, journalInterval, [] { return false; });
+        due = std::max(due + journalInterval, std::chrono::steady_clock::now());
+        wakeUp_.wait_until(guard, stop, due, [] { return false; });
         gather();
     }
 }

@@ -14,11 +14,13 @@ namespace {
 
 /// Half of what may be lost, so that a late flush still keeps the promise.
 constexpr std::chrono::milliseconds flushInterval{500};
+constexpr std::chrono::milliseconds startInterval{50};
 constexpr double frameDuration = 1.0 / 60.0;
 constexpr double shortestStep = 0.001;
 /// A device that was silent for so long has nothing more to say about that time.
 constexpr double longestSoundDelay = 2.0;
-/// Enough for the encoder to begin the track, without which nothing can be flushed.
+/// Enough for the encoder to begin the track, without which nothing can be flushed; a device that has said
+/// nothing by then isn't waited for.
 constexpr double leastSound = 0.1;
 
 }  // namespace
@@ -27,6 +29,7 @@ LiveMovie::LiveMovie(const std::filesystem::path& file, MovieWriter::Settings se
     : settings_(std::move(settings)),
       writer_(MovieWriter::create(file, settings_)),
       picture_(settings_.video->width, settings_.video->height),
+      starter_(startInterval, [this] { return beginTracks(); }),
       flusher_(flushInterval, [this] { return flushRegularly(); }) {}
 
 LiveMovie::~LiveMovie() = default;
@@ -48,6 +51,7 @@ void LiveMovie::appendSound(const SoundChunk& chunk) {
 }
 
 void LiveMovie::finish(double endTime) {
+    starter_.stop();
     flusher_.stop();
     const std::lock_guard guard(lock_);
     const double lastFrame = endTime - frameDuration;
@@ -76,10 +80,23 @@ void LiveMovie::flush() {
     playable_ = writer_->flush() || playable_;
 }
 
+/// Of a recorder that dies soon after its first picture, something is there nevertheless.
+bool LiveMovie::beginTracks() {
+    const std::lock_guard guard(lock_);
+    if (playable_) return false;
+    const bool isDue = origin_ && HostClock::seconds() > *origin_ + leastSound;
+    return !isDue || flushTo(*origin_ + leastSound);
+}
+
 bool LiveMovie::flushRegularly() {
     const std::lock_guard guard(lock_);
+    return flushTo(HostClock::seconds() - longestSoundDelay);
+}
+
+/// With silence up to this time where there is no sound yet.
+bool LiveMovie::flushTo(double hostTime) {
     try {
-        if (sound_) sound_->padTo(std::max(HostClock::seconds() - longestSoundDelay, *origin_ + leastSound));
+        if (sound_) sound_->padTo(hostTime);
         flush();
         return true;
     } catch (const MediaError& error) {

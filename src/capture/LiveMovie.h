@@ -39,7 +39,9 @@ class LiveMovie {
   private:
     void begin(double time);
     void encode(double time);
+    bool beginTracks();
     bool flushRegularly();
+    bool flushTo(double hostTime);
     void flush();
 
     std::mutex lock_;
@@ -50,7 +52,9 @@ class LiveMovie {
     std::optional<double> origin_;
     double lastTime_ = 0;
     bool playable_ = false;
-    PeriodicTask flusher_;  ///< last, so that it ends before what it uses
+    // Last, so that they end before what they use.
+    PeriodicTask starter_;  ///< until the file can be played
+    PeriodicTask flusher_;
 };
 
 }  // namespace tessaloom

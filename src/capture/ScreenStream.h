@@ -35,7 +35,8 @@ struct ScreenFrame {
 /// nothing changes.
 class ScreenStream {
   public:
-    /// Both are called on the stream's own thread; the frame's views are valid during the call.
+    /// Both are called on the stream's own threads, one at a time; the frame's views are valid during the
+    /// call.
     using FrameHandler = std::function<void(const ScreenFrame&)>;
     /// The stream ended by itself (a closed window, a lost server), for the reason given; at most once.
     using StopHandler = std::function<void(const std::string& reason)>;

@@ -45,6 +45,10 @@ void replaceFile(const std::filesystem::path& path, std::string_view content) {
     FileDescriptor::open(folderOf(path), O_RDONLY | O_DIRECTORY).sync();
 }
 
+void writeNewFile(const std::filesystem::path& path, std::string_view content) {
+    FileDescriptor::open(path, O_WRONLY | O_CREAT | O_EXCL).writeAll(content);
+}
+
 std::string readFile(const std::filesystem::path& path) {
     // A pipe in a file's place must not make the program wait for somebody to write into it.
     return FileDescriptor::open(path, O_RDONLY | O_NONBLOCK).readAll();

@@ -58,9 +58,8 @@ EventJournal EventJournal::create(const TakeBundle& bundle, const EventLog& head
                                 "Another recording is being written to \"" + bundle.url.string() + "\"");
     }
     file.truncate();
-    EventJournal journal(path, std::move(file));
-    journal.write(headerLine(header));
-    return journal;
+    file.writeAll(headerLine(header));
+    return EventJournal(path, std::move(file));
 }
 
 void EventJournal::append(std::span<const CursorSample> samples, std::span<const InputEvent> events) {

@@ -17,7 +17,8 @@ namespace tessaloom {
 /// prefix of it is valid. An exclusive lock on the file tells others that the recorder lives. One thread.
 class EventJournal {
   public:
-    /// Starts the journal with the values of `header` other than its lists. Throws std::system_error, also
+    /// Starts the journal with the values of `header` other than its lists. It is not on the disk before the
+    /// first append, so that a recording that starts doesn't wait for that. Throws std::system_error, also
     /// when another recorder holds the journal.
     static EventJournal create(const TakeBundle& bundle, const EventLog& header);
 

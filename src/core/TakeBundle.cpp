@@ -38,8 +38,10 @@ TakeBundle TakeBundle::create(const std::filesystem::path& url) {
         throw std::system_error(error, "Can't create the recording folder \"" + url.string() + "\"");
     }
     TakeBundle bundle{url};
-    bundle.write(EditParams{});
-    bundle.write(EventLog{});
+    // A recording that is about to start doesn't wait for the disk, and an empty log and a fresh edit are
+    // what a file that was lost reads as.
+    writeNewFile(bundle.file(editFile), encode(EditParams{}));
+    writeNewFile(bundle.file(eventsFile), encode(EventLog{}));
     return bundle;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/Exporter.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -43,8 +44,7 @@ void throwIfStopped(const std::stop_token& stop) {
 Exporter::Failure::Failure(Reason reason) : std::runtime_error(messageOf(reason)), reason_(reason) {}
 
 Exporter Exporter::prepare(const TakeBundle& bundle, const Settings& settings,
-                           const RendererFactory& makeRenderer,
-                           const std::optional<HardwareEncoding>& hardware) {
+                           const RendererFactory& makeRenderer, std::vector<HardwareEncoding> hardware) {
     std::unique_ptr<Renderer> renderer = makeRenderer();
     renderer->loadWallpaper(settings.wallpaper);
     if (settings.cursorStyle != renderer->cursorStyle()) renderer->makeCursorTexture(settings.cursorStyle);
@@ -53,16 +53,16 @@ Exporter Exporter::prepare(const TakeBundle& bundle, const Settings& settings,
     if (composer.captionsVisible) {
         renderer->prewarmCaptions(composer.captions.uniqueTexts(), composer.captionStyle);
     }
-    return Exporter(bundle, settings, std::move(renderer), std::move(composer), hardware);
+    return Exporter(bundle, settings, std::move(renderer), std::move(composer), std::move(hardware));
 }
 
 Exporter::Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
-                   FrameComposer composer, const std::optional<HardwareEncoding>& hardware)
+                   FrameComposer composer, std::vector<HardwareEncoding> hardware)
     : bundle_(bundle),
       settings_(settings),
       renderer_(std::move(renderer)),
       composer_(std::move(composer)),
-      hardware_(hardware) {}
+      hardware_(std::move(hardware)) {}
 
 Exporter::Run Exporter::begin(double framesPerSecond, std::optional<int> longEdgeLimit) const {
     OutputTimeline timeline(settings_.segments, settings_.speed, framesPerSecond);
@@ -90,29 +90,32 @@ std::int64_t Exporter::drawInto(FrameSink<Picture>& sink, Run& run, const Progre
 
 void Exporter::exportVideo(const std::filesystem::path& destination, const Progress& progress,
                            const std::stop_token& stop) {
-    if (!exportInHardware(destination, progress, stop))
+    const auto isExportedBy = [&](const HardwareEncoding& hardware) {
+        return exportInHardware(hardware, destination, progress, stop);
+    };
+    if (!std::ranges::any_of(hardware_, isExportedBy))
         writeMovie(destination, &H264Settings::exported, progress, stop);
 }
 
-bool Exporter::exportInHardware(const std::filesystem::path& destination, const Progress& progress,
-                                const std::stop_token& stop) {
-    if (!hardware_) return false;
-    const auto attempt = AttemptMarker::place(hardware_->marker);
+bool Exporter::exportInHardware(const HardwareEncoding& hardware, const std::filesystem::path& destination,
+                                const Progress& progress, const std::stop_token& stop) {
+    const auto attempt = AttemptMarker::place(hardware.marker);
     if (!attempt) {
         qCInfo(Log::exporting, "The hardware's encoder is left alone: an export with it has not ended (%s)",
-               hardware_->marker.c_str());
+               hardware.marker.c_str());
         return false;
     }
     try {
-        writeMovie(destination, hardware_->exported, progress, stop);
+        writeMovie(destination, hardware.exported, progress, stop);
         return true;
     } catch (const EncodingError& error) {
-        qCInfo(Log::exporting, "The hardware's encoder gave up: %s", error.what());
+        qCInfo(Log::exporting, "The hardware's encoder gave up (%s): %s", hardware.marker.stem().c_str(),
+               error.what());
         return false;
     }
 }
 
-void Exporter::writeMovie(const std::filesystem::path& destination, Encoding encoding,
+void Exporter::writeMovie(const std::filesystem::path& destination, const Encoding& encoding,
                           const Progress& progress, const std::stop_token& stop) {
     throwIfStopped(stop);
     Run run = begin(MovieSink::framesPerSecond, settings_.outputLongEdge);

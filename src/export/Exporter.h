@@ -87,14 +87,14 @@ class Exporter {
 
     /// Main thread. Without `hardware`, movies are encoded by the processor.
     static Exporter prepare(const TakeBundle& bundle, const Settings& settings,
-                            const RendererFactory& makeRenderer,
-                            const std::optional<HardwareEncoding>& hardware = std::nullopt);
+                            const RendererFactory& makeRenderer, std::vector<HardwareEncoding> hardware = {});
 
     /// Writes an MP4 at 60 frames a second, with sound where there is any, and returns when it is in place.
     /// Replaces an existing file, and only by a complete one. Throws Failure, ExportCancelled once `stop` is
     /// requested, MediaError or std::system_error with the system's reason; then nothing is left behind.
-    /// When the hardware's encoder gives up, all is done once more by the processor. It isn't tried where it
-    /// took the process down the last time, or is at work for another one.
+    /// The hardware's encoders are tried in their order. When one gives up, all is done once more by the
+    /// next, and by the processor in the end. One that took the process down the last time, or is at work for
+    /// another one, isn't tried.
     void exportVideo(const std::filesystem::path& destination, const Progress& progress,
                      const std::stop_token& stop);
 
@@ -110,16 +110,16 @@ class Exporter {
         CanvasSize canvas;
     };
 
-    using Encoding = H264Settings (*)(int width, int height, std::int64_t bitRate);
+    using Encoding = decltype(HardwareEncoding::exported);
 
     Exporter(const TakeBundle& bundle, const Settings& settings, std::unique_ptr<Renderer> renderer,
-             FrameComposer composer, const std::optional<HardwareEncoding>& hardware);
+             FrameComposer composer, std::vector<HardwareEncoding> hardware);
 
     /// False when the hardware has to be left alone, or gave up.
-    bool exportInHardware(const std::filesystem::path& destination, const Progress& progress,
-                          const std::stop_token& stop);
-    void writeMovie(const std::filesystem::path& destination, Encoding encoding, const Progress& progress,
-                    const std::stop_token& stop);
+    bool exportInHardware(const HardwareEncoding& hardware, const std::filesystem::path& destination,
+                          const Progress& progress, const std::stop_token& stop);
+    void writeMovie(const std::filesystem::path& destination, const Encoding& encoding,
+                    const Progress& progress, const std::stop_token& stop);
 
     Run begin(double framesPerSecond, std::optional<int> longEdgeLimit) const;
     /// Returns how many frames the sink got.
@@ -131,7 +131,7 @@ class Exporter {
     Settings settings_;
     std::unique_ptr<Renderer> renderer_;
     FrameComposer composer_;
-    std::optional<HardwareEncoding> hardware_;
+    std::vector<HardwareEncoding> hardware_;
 };
 
 }  // namespace tessaloom

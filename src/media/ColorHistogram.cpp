@@ -1,23 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/ColorHistogram.h"
 
+#include "media/ColorCell.h"
 #include "media/ColorPalette.h"
 
 namespace tessaloom {
-namespace {
 
-constexpr int cellBits = 6;
-
-std::size_t cellOf(std::uint32_t color) {
-    constexpr std::uint32_t mask = (1U << cellBits) - 1;
-    constexpr int dropped = 8 - cellBits;
-    return (color >> (16 + dropped) & mask) << (2 * cellBits) | (color >> (8 + dropped) & mask) << cellBits |
-           (color >> dropped & mask);
-}
-
-}  // namespace
-
-ColorHistogram::ColorHistogram() : cells_(std::size_t{1} << (3 * cellBits)) {}
+ColorHistogram::ColorHistogram() : cells_(colorCellCount) {}
 
 void ColorHistogram::add(const BgraView& picture) {
     for (int y = 0; y < picture.height; ++y) {
@@ -35,7 +24,7 @@ void ColorHistogram::add(const BgraView& picture) {
 }
 
 void ColorHistogram::add(std::uint32_t color, std::uint64_t count) {
-    const std::size_t index = cellOf(color);
+    const std::size_t index = colorCell(color);
     Cell& cell = cells_[index];
     if (cell.count == 0) used_.push_back(index);
     cell.count += count;

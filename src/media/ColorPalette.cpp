@@ -6,18 +6,7 @@
 #include <utility>
 
 namespace tessaloom {
-namespace {
-
-constexpr int answerBits = 15;
-
-std::size_t placeOf(std::uint32_t color) {
-    return (color * 0x9E3779B1U) >> (32 - answerBits);
-}
-
-}  // namespace
-
-ColorPalette::ColorPalette(std::vector<std::uint32_t> colors)
-    : table_(std::move(colors)), answers_(std::size_t{1} << answerBits) {
+ColorPalette::ColorPalette(std::vector<std::uint32_t> colors) : table_(std::move(colors)) {
     for (const std::uint32_t color : table_) {
         red_.push_back(static_cast<int>(color >> 16 & 0xFF));
         green_.push_back(static_cast<int>(color >> 8 & 0xFF));
@@ -27,9 +16,7 @@ ColorPalette::ColorPalette(std::vector<std::uint32_t> colors)
 }
 
 std::uint8_t ColorPalette::nearest(std::uint32_t color) {
-    Answer& answer = answers_[placeOf(color)];
-    if (!answer.known || answer.color != color) answer = {color, search(color), true};
-    return answer.index;
+    return answers_.of(color, [this](std::uint32_t unknown) { return search(unknown); });
 }
 
 std::uint8_t ColorPalette::search(std::uint32_t color) const {

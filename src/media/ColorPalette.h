@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "media/BgraImage.h"
+#include "media/ColorMemo.h"
 
 namespace tessaloom {
 
@@ -27,19 +28,13 @@ class ColorPalette {
     std::uint8_t nearest(std::uint32_t color);
 
   private:
-    struct Answer {
-        std::uint32_t color = 0;
-        std::uint8_t index = 0;
-        bool known = false;
-    };
-
     std::uint8_t search(std::uint32_t color) const;
 
     std::vector<std::uint32_t> table_;
     std::vector<std::int32_t> red_;
     std::vector<std::int32_t> green_;
     std::vector<std::int32_t> blue_;
-    std::vector<Answer> answers_;
+    ColorMemo<std::uint8_t> answers_;
 };
 
 /// The squared distance of two colours 0xRRGGBB.

@@ -20,7 +20,8 @@ bool sameRow(const BgraImage& a, const BgraView& b, int y) {
 
 }  // namespace
 
-GifCanvas::Update GifCanvas::show(const BgraView& picture, ColorPalette& palette) {
+GifCanvas::Update GifCanvas::show(const BgraView& picture, DitheredPalette& dithered) {
+    const ColorPalette& palette = dithered.palette();
     const bool first = source_.empty();
     if (first) {
         const auto count = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
@@ -31,7 +32,7 @@ GifCanvas::Update GifCanvas::show(const BgraView& picture, ColorPalette& palette
     int right = 0;
     for (int y = 0; y < picture.height; ++y) {
         const bool same = !first && sameRow(source_, picture, y);
-        const Columns changed = same ? leaveRow(y, palette.transparent()) : quantizeRow(y, picture, palette);
+        const Columns changed = same ? leaveRow(y, palette.transparent()) : quantizeRow(y, picture, dithered);
         if (changed.left >= changed.right) continue;
         if (area.height == 0) area = {.x = changed.left, .y = y, .width = 0, .height = 0};
         area.x = std::min(area.x, changed.left);
@@ -52,17 +53,17 @@ GifCanvas::Update GifCanvas::showAgain(const ColorPalette& palette) {
 }
 
 /// Fills the row's pixels and tells which of them change what is shown.
-GifCanvas::Columns GifCanvas::quantizeRow(int y, const BgraView& picture, ColorPalette& palette) {
+GifCanvas::Columns GifCanvas::quantizeRow(int y, const BgraView& picture, DitheredPalette& dithered) {
+    const ColorPalette& palette = dithered.palette();
     const std::uint8_t transparent = palette.transparent();
     const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width);
     Columns changed{.left = picture.width, .right = 0};
     for (int x = 0; x < picture.width; ++x) {
-        const std::uint32_t color = colorAt(picture, x, y);
-        const std::uint8_t index = palette.nearest(color);
+        const auto [index, aim] = dithered.choose(colorAt(picture, x, y), x, y);
         const std::uint32_t best = palette.colors()[index];
         const std::size_t place = start + static_cast<std::size_t>(x);
         std::uint32_t& shown = shown_[place];
-        if (shown != unpainted && squaredDistance(shown, color) <= squaredDistance(best, color) + tolerance) {
+        if (shown != unpainted && squaredDistance(shown, aim) <= squaredDistance(best, aim) + tolerance) {
             pixels_[place] = {transparent, shown == best ? index : transparent};
             continue;
         }

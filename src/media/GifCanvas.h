@@ -7,6 +7,7 @@
 
 #include "media/BgraImage.h"
 #include "media/ColorPalette.h"
+#include "media/DitheredPalette.h"
 #include "media/LzwEncoder.h"
 #include "media/PixelRect.h"
 
@@ -25,7 +26,7 @@ class GifCanvas {
 
     /// Shows `picture`; the first one is drawn whole, and all have its size. What is shown stays where the
     /// palette has nothing clearly better for it.
-    Update show(const BgraView& picture, ColorPalette& palette);
+    Update show(const BgraView& picture, DitheredPalette& dithered);
 
     /// Changes nothing: a single transparent pixel.
     Update showAgain(const ColorPalette& palette);
@@ -37,7 +38,7 @@ class GifCanvas {
         int right = 0;
     };
 
-    Columns quantizeRow(int y, const BgraView& picture, ColorPalette& palette);
+    Columns quantizeRow(int y, const BgraView& picture, DitheredPalette& dithered);
     Columns leaveRow(int y, std::uint8_t transparent);
     Update cutOut(PixelRect area, std::uint8_t transparent);
 

@@ -65,6 +65,7 @@ GifEncoder GifEncoder::create(const std::filesystem::path& path, bool loops) {
 
 void GifEncoder::add(const BgraView& picture, int delay) {
     histogram_.add(picture);
+    gradients_.add(picture);
     gathered_.push_back({spareCopy(picture), delay});
     if (++gatheredPictures_ == mostGathered) writeGathered();
 }
@@ -100,25 +101,29 @@ void GifEncoder::writeGathered() {
 
 void GifEncoder::choosePaletteForGathered() {
     const auto groups = histogram_.groups();
-    histogram_.clear();
     ColorPalette fresh(choosePalette(groups, mostColors));
-    if (palette_ && squaredError(*palette_, groups) <= bearableError * squaredError(fresh, groups)) return;
-    paletteIsGlobal_ = !palette_;
-    palette_ = std::move(fresh);
+    if (!dithered_ ||
+        squaredError(dithered_->palette(), groups) > bearableError * squaredError(fresh, groups)) {
+        paletteIsGlobal_ = !dithered_;
+        dithered_.emplace(std::move(fresh), gradients_);
+    }
+    histogram_.clear();
+    gradients_.clear();
 }
 
 void GifEncoder::write(const GatheredFrame& frame) {
+    const ColorPalette& palette = dithered_->palette();
     const auto update =
-        frame.picture ? canvas_.show(frame.picture->view(), *palette_) : canvas_.showAgain(*palette_);
+        frame.picture ? canvas_.show(frame.picture->view(), *dithered_) : canvas_.showAgain(palette);
     if (paletteIsGlobal_) {
         file_.append({.area = update.area,
                       .delay = frame.delay,
                       .pixels = update.pixels,
-                      .palette = palette_->table(),
+                      .palette = palette.table(),
                       .transparent = update.transparent});
         return;
     }
-    const CompactUpdate compact(update, palette_->colors());
+    const CompactUpdate compact(update, palette.colors());
     file_.append({.area = update.area,
                   .delay = frame.delay,
                   .pixels = compact.pixels,

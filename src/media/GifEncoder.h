@@ -8,9 +8,10 @@
 
 #include "media/BgraImage.h"
 #include "media/ColorHistogram.h"
-#include "media/ColorPalette.h"
+#include "media/DitheredPalette.h"
 #include "media/GifCanvas.h"
 #include "media/GifFile.h"
+#include "media/GradientColors.h"
 
 namespace tessaloom {
 
@@ -49,7 +50,8 @@ class GifEncoder {
     std::size_t gatheredPictures_ = 0;
     std::vector<std::unique_ptr<BgraImage>> spare_;
     ColorHistogram histogram_;
-    std::optional<ColorPalette> palette_;
+    GradientColors gradients_;
+    std::optional<DitheredPalette> dithered_;
     bool paletteIsGlobal_ = true;
     GifCanvas canvas_;
 };

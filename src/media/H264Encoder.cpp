@@ -7,12 +7,17 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "media/LibavHandles.h"
+#include "media/SurfaceUpload.h"
 
 namespace tessaloom {
 
 struct H264Encoder::Codec {
+    explicit Codec(const H264Settings& settings);
+
+    std::optional<SurfaceUpload> surfaces;
     LibavHandle<AVCodecContext> context;
     LibavHandle<AVFrame> frame{av_frame_alloc()};
     LibavHandle<AVPacket> packet{av_packet_alloc()};
@@ -22,6 +27,14 @@ namespace {
 
 constexpr int coarsestQuantiser = 51;
 
+/// A picture that came to rest after a movement, which was coarse, gets nearly all its detail in as many
+/// more.
+constexpr int refinementsAfterMovement = 3;
+
+/// In seconds, as long as the rate control has too few bits for a picture at rest: what it saves in between
+/// makes the next one finer.
+constexpr double refinementInterval = 0.15;
+
 LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     AVDictionary* options = nullptr;
     for (const auto& [name, value] : settings.options)
@@ -29,13 +42,20 @@ LibavHandle<AVDictionary> dictionary(const H264Settings& settings) {
     return LibavHandle<AVDictionary>(options);
 }
 
-LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings) {
+std::optional<SurfaceUpload> openSurfaces(const H264Settings& settings) {
+    if (!settings.surfaces) return std::nullopt;
+    return SurfaceUpload::open(*settings.surfaces, settings.width, settings.height);
+}
+
+LibavHandle<AVCodecContext> openEncoder(const H264Settings& settings,
+                                        const std::optional<SurfaceUpload>& surfaces) {
     const AVCodec* encoder = avcodec_find_encoder_by_name(settings.encoder.c_str());
     if (encoder == nullptr) throw EncodingError("This FFmpeg has no " + settings.encoder + " encoder.");
     LibavHandle<AVCodecContext> context(avcodec_alloc_context3(encoder));
     context->width = settings.width;
     context->height = settings.height;
     context->pix_fmt = AV_PIX_FMT_YUV420P;
+    if (surfaces) surfaces->announceTo(*context);
     context->time_base = {1, settings.timescale};
     // The rate only guides the encoder's bit budget; frame times may be as uneven as they like.
     context->framerate = {60, 1};
@@ -56,10 +76,14 @@ void lendPlanes(AVFrame& frame, const YuvImage& image) {
     const auto size = static_cast<std::size_t>(image.stride(0)) * static_cast<std::size_t>(image.height());
     constexpr auto keepPixels = [](void*, std::uint8_t*) {};
     frame.buf[0] = av_buffer_create(frame.data[0], size, keepPixels, nullptr, AV_BUFFER_FLAG_READONLY);
+    frame.format = AV_PIX_FMT_YUV420P;
+    frame.width = image.width();
+    frame.height = image.height();
 }
 
-/// Asks for a quantiser that is `steps` coarser than the rate control's, everywhere in the picture.
-void coarsen(AVFrame& frame, int steps) {
+/// Asks for a quantiser that is `steps` coarser (or finer, below zero) than the rate control's, everywhere in
+/// the picture.
+void shiftQuantiser(AVFrame& frame, int steps) {
     AVFrameSideData* data =
         av_frame_new_side_data(&frame, AV_FRAME_DATA_REGIONS_OF_INTEREST, sizeof(AVRegionOfInterest));
     if (data == nullptr) return;
@@ -79,30 +103,51 @@ std::optional<int> quantiserOf(const AVPacket& packet) {
     return static_cast<int>(AV_RL32(statistics)) / FF_QP2LAMBDA;
 }
 
+std::optional<PictureRepeater> makeRepeater(const H264Settings& settings, const AVCodecContext& context) {
+    if (!settings.predictsForwardOnly || context.extradata == nullptr) return std::nullopt;
+    const auto sets =
+        H264ParameterSets::read({context.extradata, static_cast<std::size_t>(context.extradata_size)});
+    if (!sets) return std::nullopt;
+    return PictureRepeater(*sets);
+}
+
 }  // namespace
+
+H264Encoder::Codec::Codec(const H264Settings& settings)
+    : surfaces(openSurfaces(settings)), context(openEncoder(settings, surfaces)) {}
 
 H264Encoder::H264Encoder(const H264Settings& settings)
     : settings_(settings),
       keyFrameTicks_(std::llround(settings.keyFrameInterval * settings.timescale)),
-      codec_(std::make_unique<Codec>(Codec{.context = openEncoder(settings)})) {}
+      refinementTicks_(std::llround(refinementInterval * settings.timescale)),
+      refinements_(refinementsAfterMovement),
+      codec_(std::make_unique<Codec>(settings)),
+      repeater_(makeRepeater(settings, *codec_->context)) {}
 
 H264Encoder::~H264Encoder() = default;
 
 void H264Encoder::copyParameters(AVCodecParameters& target) const {
+    // Players find the parameter sets in the container alone.
+    if (codec_->context->extradata_size == 0)
+        throw EncodingError("The encoder doesn't describe the video stream.");
     requireLibav<EncodingError>(avcodec_parameters_from_context(&target, codec_->context.get()),
                                 "The video stream can't be described");
 }
 
 void H264Encoder::encode(const YuvImage& image, std::int64_t ticks, PictureMotion motion,
                          const PacketSink& sink) {
+    if (motion == PictureMotion::none && mayRepeat(ticks)) return repeats_.push_back(ticks);
+    countRefinements(motion);
+    lastEncoded_ = ticks;
     AVFrame& frame = *codec_->frame;
-    lendPlanes(frame, image);
-    frame.format = AV_PIX_FMT_YUV420P;
-    frame.width = image.width();
-    frame.height = image.height();
+    if (codec_->surfaces)
+        codec_->surfaces->upload(image, frame);
+    else
+        lendPlanes(frame, image);
     frame.pts = ticks;
     choosePrediction(frame);
-    if (const int steps = coarsening(motion); steps > 0) coarsen(frame, steps);
+    const int finer = frame.pict_type == AV_PICTURE_TYPE_I ? settings_.finerKeyFrames : 0;
+    if (const int steps = coarsening(motion) - finer; steps != 0) shiftQuantiser(frame, steps);
     const int result = avcodec_send_frame(codec_->context.get(), &frame);
     av_frame_unref(&frame);
     requireLibav<EncodingError>(result, "A video frame can't be encoded");
@@ -113,6 +158,7 @@ void H264Encoder::finish(const PacketSink& sink) {
     requireLibav<EncodingError>(avcodec_send_frame(codec_->context.get(), nullptr),
                                 "The video can't be completed");
     drain(sink);
+    repeatUntil(std::numeric_limits<std::int64_t>::max(), sink);
 }
 
 bool H264Encoder::keyFrameIsDue(std::int64_t ticks) const {
@@ -129,7 +175,24 @@ void H264Encoder::choosePrediction(AVFrame& frame) {
 int H264Encoder::coarsening(PictureMotion motion) const {
     if (!settings_.finestQuantisers || !wantedQuantiser_) return 0;
     const auto [still, moving] = *settings_.finestQuantisers;
-    return (motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_;
+    return std::max((motion == PictureMotion::moving ? moving : still) - *wantedQuantiser_, 0);
+}
+
+bool H264Encoder::mayRepeat(std::int64_t ticks) const {
+    if (!repeater_ || !lastEncoded_ || refinements_ > 0 || keyFrameIsDue(ticks)) return false;
+    return isAsFineAsUseful() || ticks - *lastEncoded_ < refinementTicks_;
+}
+
+bool H264Encoder::isAsFineAsUseful() const {
+    return !settings_.finestQuantisers ||
+           (wantedQuantiser_ && *wantedQuantiser_ <= settings_.finestQuantisers->still);
+}
+
+void H264Encoder::countRefinements(PictureMotion motion) {
+    if (motion == PictureMotion::moving)
+        refinements_ = refinementsAfterMovement;
+    else if (motion == PictureMotion::none)
+        refinements_ = std::max(refinements_ - 1, 0);
 }
 
 void H264Encoder::learnFrom(const AVPacket& packet) {
@@ -145,9 +208,34 @@ void H264Encoder::drain(const PacketSink& sink) {
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
         requireLibav<EncodingError>(result, "A video frame can't be encoded");
         learnFrom(packet);
-        sink(packet);
+        passOn(packet, sink);
         av_packet_unref(&packet);
     }
+}
+
+void H264Encoder::passOn(AVPacket& packet, const PacketSink& sink) {
+    if (!repeater_) return sink(packet);
+    repeatUntil(packet.pts, sink);
+    const auto bytes = repeater_->append({packet.data, static_cast<std::size_t>(packet.size)});
+    put(bytes, packet.pts, packet.flags, sink);
+}
+
+void H264Encoder::repeatUntil(std::int64_t ticks, const PacketSink& sink) {
+    for (; !repeats_.empty() && repeats_.front() < ticks; repeats_.pop_front())
+        put(repeater_->repeat(), repeats_.front(), 0, sink);
+}
+
+void H264Encoder::put(std::span<const std::uint8_t> bytes, std::int64_t ticks, int flags,
+                      const PacketSink& sink) {
+    const LibavHandle<AVPacket> packet(av_packet_alloc());
+    requireLibav<EncodingError>(av_new_packet(packet.get(), static_cast<int>(bytes.size())),
+                                "A video frame can't be stored");
+    std::ranges::copy(bytes, packet->data);
+    packet->pts = ticks;
+    // Pictures come in order, but the stream's header allows for as many that don't.
+    packet->dts = ticks - codec_->context->has_b_frames;
+    packet->flags = flags;
+    sink(*packet);
 }
 
 }  // namespace tessaloom

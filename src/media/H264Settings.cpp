@@ -4,6 +4,9 @@
 namespace tessaloom {
 namespace {
 
+/// x264's own, in frames from one key frame to the next.
+constexpr int longestGroup = 250;
+
 H264Settings bt709(H264Settings settings) {
     settings.options.insert(settings.options.end(), {{"color_primaries", "bt709"},
                                                      {"color_trc", "bt709"},
@@ -19,6 +22,7 @@ H264Settings H264Settings::capture(int width, int height) {
                   .height = height,
                   .timescale = 90'000,
                   .keyFrameInterval = 1.0,
+                  .finerKeyFrames = 4,
                   .options = {{"preset", "superfast"},
                               {"tune", "zerolatency"},
                               {"crf", "20"},
@@ -30,7 +34,7 @@ H264Settings H264Settings::exported(int width, int height, std::int64_t bitRate)
     return bt709({.width = width,
                   .height = height,
                   .timescale = 60,
-                  .keyFrameInterval = 250.0 / 60,  // the encoder's own
+                  .keyFrameInterval = longestGroup / 60.0,
                   .finestQuantisers = FinestQuantisers{.still = 10, .moving = 26},
                   .predictsForwardOnly = true,
                   .options = {{"preset", "veryfast"}, {"b", std::to_string(bitRate)}, {"profile", "high"}}});
@@ -47,6 +51,21 @@ H264Settings H264Settings::exportedByNvenc(int width, int height, std::int64_t b
                               {"rc", "vbr"},
                               {"b", std::to_string(bitRate)},
                               {"profile", "high"}}});
+}
+
+H264Settings H264Settings::exportedByVaapi(int width, int height, std::int64_t bitRate,
+                                           const std::string& renderNode, bool lowPower) {
+    return bt709({.width = width,
+                  .height = height,
+                  .timescale = 60,
+                  .keyFrameInterval = longestGroup / 60.0,
+                  .encoder = "h264_vaapi",
+                  .surfaces = SurfaceDevice{.interface = "vaapi", .name = renderNode},
+                  .options = {{"b", std::to_string(bitRate)},
+                              {"profile", "high"},
+                              {"g", std::to_string(longestGroup)},
+                              {"bf", "0"},
+                              {"low_power", lowPower ? "1" : "0"}}});
 }
 
 std::string H264Settings::commandLine() const {

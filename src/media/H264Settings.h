@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "media/SurfaceDevice.h"
+
 namespace tessaloom {
 
 /// The finest quantisers (0 to 51, 0 is lossless, 6 more double the step) that are of any use. Without them
@@ -27,7 +29,12 @@ struct H264Settings {
     double keyFrameInterval = 0;
     /// By libav's name.
     std::string encoder = "libx264";
+    /// Where the encoder wants its pictures; absent for one that takes them from the processor.
+    std::optional<SurfaceDevice> surfaces = std::nullopt;
     std::optional<FinestQuantisers> finestQuantisers = std::nullopt;
+    /// By how many quantiser steps a key frame is finer than the encoder would make it. Where pictures come
+    /// only when something changes, a scene at rest has no other.
+    int finerKeyFrames = 0;
     /// Pictures are predicted from earlier ones only, which takes less time than from later ones, too.
     bool predictsForwardOnly = false;
     /// Encoder options by libav name, applied in order.
@@ -43,7 +50,13 @@ struct H264Settings {
     /// The same by the encoder in a graphics card from NVIDIA.
     static H264Settings exportedByNvenc(int width, int height, std::int64_t bitRate);
 
+    /// The same by the encoder behind a render node ("/dev/dri/renderD128"), through VAAPI. `lowPower` takes
+    /// the card's smaller circuit, which some drivers offer alone.
+    static H264Settings exportedByVaapi(int width, int height, std::int64_t bitRate,
+                                        const std::string& renderNode, bool lowPower);
+
     /// The same encoder set-up as arguments of FFmpeg's command line, to compare speeds with.
+    /// Pictures that have to be brought to a device first are not looked after.
     std::string commandLine() const;
 };
 

@@ -5,6 +5,8 @@ namespace tessaloom {
 
 /// How a picture of a movie differs from the one before.
 enum class PictureMotion {
+    /// Not at all.
+    none,
     /// Nearly all of it stays in place.
     still,
     /// Nearly every pixel is another.

@@ -76,7 +76,7 @@ Only for GIF, whose longer side is 720 pixels at most:
 Example: tessaloom export "Recording 2026-11-15 at 14.05.09" -o demo.mp4
 )",
             [](const QStringList& words, const CommandServices& services) {
-                return runExportCommand(words, services.makeRenderer, services.hardwareEncoding);
+                return runExportCommand(words, services.makeRenderer, services.hardwareEncodings);
             }},
     Command{"frame", "draw one frame of a recording",
             R"(Usage: tessaloom frame RECORDING --at SECONDS [--size WxH] -o FILE.png

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <vector>
 
 #include "capture/CapturePlatform.h"
 #include "capture/RecordingDevices.h"
@@ -19,7 +19,7 @@ struct CommandServices {
     CapturePlatform& capture;
     RecordingDevices& devices;
     std::function<std::unique_ptr<Renderer>()> makeRenderer;
-    std::optional<HardwareEncoding> hardwareEncoding;
+    std::vector<HardwareEncoding> hardwareEncodings;
 };
 
 /// Runs one command of the command line (without the program's name). Results go to stdout, everything else

@@ -52,7 +52,7 @@ void runWithProgress(const std::function<void(const Exporter::Progress&)>& work)
 }  // namespace
 
 ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer,
-                            const std::optional<HardwareEncoding>& hardwareEncoding) {
+                            const std::vector<HardwareEncoding>& hardwareEncodings) {
     const auto arguments = ExportArguments::parse(words);
     std::stop_source stop;
     // Before the renderer starts its threads, one of which would take a signal that it doesn't block.
@@ -61,7 +61,7 @@ ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFa
     const auto destination =
         outputFile(arguments.destination.value_or(defaultDestination(take.bundle, arguments.format)));
     const auto settings = exportSettings(take, arguments.choices, playableDuration(take));
-    Exporter exporter = Exporter::prepare(take.bundle, settings, makeRenderer, hardwareEncoding);
+    Exporter exporter = Exporter::prepare(take.bundle, settings, makeRenderer, hardwareEncodings);
     try {
         runWithProgress([&](const Exporter::Progress& progress) {
             if (arguments.format == ExportFormat::gif)

@@ -11,6 +11,6 @@ namespace tessaloom {
 /// `tessaloom export`: makes a video or a GIF of a recording and prints its path. Throws CommandError,
 /// UsageError, and what the exporter throws.
 ExitStatus runExportCommand(const QStringList& words, const Exporter::RendererFactory& makeRenderer,
-                            const std::optional<HardwareEncoding>& hardwareEncoding);
+                            const std::vector<HardwareEncoding>& hardwareEncodings);
 
 }  // namespace tessaloom

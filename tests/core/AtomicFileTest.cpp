@@ -28,6 +28,15 @@ TEST(AtomicFile, ReplacesTheContentAndLeavesNothingElse) {
     EXPECT_EQ(entries(folder.path()), 1U);
 }
 
+TEST(AtomicFile, ANewFileTakesNoOnesPlace) {
+    const test::TemporaryFolder folder;
+    const auto path = folder.path() / "edit.json";
+    writeNewFile(path, "first");
+    EXPECT_THROW(writeNewFile(path, "second"), std::system_error);
+    EXPECT_EQ(readFile(path), "first");
+    EXPECT_EQ(entries(folder.path()), 1U);
+}
+
 TEST(AtomicFile, WhatIsNoFileIsNotRead) {
     const test::TemporaryFolder folder;
     const auto pipe = folder.path() / "pipe";

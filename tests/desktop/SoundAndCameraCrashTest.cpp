@@ -69,8 +69,8 @@ class KilledAtRandom : public EverythingRecorded, public ::testing::WithParamInt
 TEST_P(KilledAtRandom, LosesAtMostASecondOfAnyFileAndExportsWithItsLog) {
     const unsigned seed = std::random_device()();
     std::minstd_rand random(seed);
-    // Before a tenth of a second the first picture may still wait for the speakers' track to begin.
-    const double moment = std::uniform_real_distribution(0.1, 4.0)(random);
+    // Before a sixth of a second the first picture may still wait for the speakers' track to begin.
+    const double moment = std::uniform_real_distribution(0.2, 4.0)(random);
     SCOPED_TRACE("killed after " + std::to_string(moment) + " s");
     DesktopRecording recording(environment(), everything);
     const double begin = HostClock::seconds();

@@ -4,10 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
+#include <iterator>
 
 #include "export/ExporterFixture.h"
 #include "media/MediaError.h"
+#include "support/LogLines.h"
 #include "support/MovieProbe.h"
 
 namespace tessaloom::test {
@@ -27,6 +30,16 @@ H264Settings missingEncoder(int width, int height, std::int64_t bitRate) {
     auto settings = H264Settings::exported(width, height, bitRate);
     settings.encoder = "h264_missing";
     return settings;
+}
+
+H264Settings missingDevice(int width, int height, std::int64_t bitRate) {
+    return H264Settings::exportedByVaapi(width, height, bitRate, "/dev/dri/missing", false);
+}
+
+bool sameBytes(const fs::path& a, const fs::path& b) {
+    std::ifstream first(a, std::ios::binary);
+    std::ifstream second(b, std::ios::binary);
+    return std::equal(std::istreambuf_iterator<char>(first), {}, std::istreambuf_iterator<char>(second), {});
 }
 
 /// Does something at its tenth frame, once.
@@ -56,10 +69,11 @@ class ExportHardwareTest : public ExporterTest {
     }
 
     void exportWith(
-        const HardwareEncoding& hardware, std::function<void()> disturbance = [] {}) {
+        std::vector<HardwareEncoding> hardware, std::function<void()> disturbance = [] {}) {
         Exporter exporter = Exporter::prepare(
             bundle_, settings({{0, 1}}),
-            [&] { return std::make_unique<DisturbedRenderer>(drawn_, std::move(disturbance)); }, hardware);
+            [&] { return std::make_unique<DisturbedRenderer>(drawn_, std::move(disturbance)); },
+            std::move(hardware));
         exporter.exportVideo(
             destination_, [](double) {}, stop_.get_token());
     }
@@ -73,29 +87,73 @@ class ExportHardwareTest : public ExporterTest {
     }
 
     fs::path marker_ = folder_.path() / "state" / "attempt";
+    fs::path newer_ = folder_.path() / "state" / "newer";
     std::stop_source stop_;
 };
 
 TEST_F(ExportHardwareTest, TheHardwareEncodesWhereItCan) {
-    exportWith({.exported = &mainProfile, .marker = marker_});
+    exportWith({{.exported = &mainProfile, .marker = marker_}});
     expectWholeMovie("Main");
     EXPECT_FALSE(fs::exists(marker_));
 }
 
 TEST_F(ExportHardwareTest, AnEncoderThatCannotBeOpenedIsReplacedByTheProcessor) {
-    exportWith({.exported = &missingEncoder, .marker = marker_});
+    exportWith({{.exported = &missingEncoder, .marker = marker_}});
     expectWholeMovie("High");
     EXPECT_FALSE(fs::exists(marker_));
 }
 
 TEST_F(ExportHardwareTest, WithOrWithoutAGraphicsCardThereIsAMovie) {
-    exportWith({.exported = &H264Settings::exportedByNvenc, .marker = marker_});
+    exportWith({{.exported = &H264Settings::exportedByNvenc, .marker = marker_}});
     expectWholeMovie("High");
     EXPECT_FALSE(fs::exists(marker_));
 }
 
+TEST_F(ExportHardwareTest, ADeviceThatIsMissingLeavesNoTraceInTheMovie) {
+    exportWith({});
+    const auto expected = fs::path(destination_).replace_filename("expected.mp4");
+    fs::rename(destination_, expected);
+    exportWith({{.exported = &missingDevice, .marker = marker_}});
+    EXPECT_TRUE(sameBytes(destination_, expected));
+    fs::remove(expected);
+    EXPECT_EQ(filesAtDestination(), 1);
+}
+
+TEST_F(ExportHardwareTest, AnEncoderThatFailsIsFollowedByTheNextAndALineInTheLog) {
+    const LogLines log;
+    exportWith({{.exported = &missingEncoder, .marker = marker_},
+                {.exported = &missingDevice, .marker = marker_},
+                {.exported = &mainProfile, .marker = newer_}});
+    expectWholeMovie("Main");
+    EXPECT_TRUE(log.contains("(attempt): This FFmpeg has no h264_missing encoder."));
+    EXPECT_TRUE(log.contains("(attempt): The graphics device can't be opened"));
+    EXPECT_FALSE(log.contains("(newer)"));
+}
+
+TEST_F(ExportHardwareTest, EachEncoderHasItsOwnMarkerForAsLongAsItRuns) {
+    int looks = 0;
+    exportWith(
+        {{.exported = &missingEncoder, .marker = marker_}, {.exported = &mainProfile, .marker = newer_}},
+        [&] {
+            ++looks;
+            EXPECT_FALSE(fs::exists(marker_));
+            EXPECT_TRUE(fs::exists(newer_));
+        });
+    EXPECT_EQ(looks, 1);
+    EXPECT_FALSE(fs::exists(newer_));
+}
+
+TEST_F(ExportHardwareTest, TheNextEncoderIsUsedWhereTheFirstCrashed) {
+    fs::create_directory(marker_.parent_path());
+    std::ofstream(marker_).put('\n');
+    exportWith({{.exported = &H264Settings::exported, .marker = marker_},
+                {.exported = &mainProfile, .marker = newer_}});
+    expectWholeMovie("Main");
+    EXPECT_TRUE(fs::exists(marker_));
+}
+
 TEST_F(ExportHardwareTest, AnEncoderThatGivesUpHalfWayIsReplacedByTheProcessor) {
-    exportWith({.exported = &mainProfile, .marker = marker_}, [] { throw EncodingError("It hangs."); });
+    exportWith({{.exported = &mainProfile, .marker = marker_}}, [] { throw EncodingError("It hangs."); });
     expectWholeMovie("High");
     EXPECT_FALSE(fs::exists(marker_));
 }
@@ -104,7 +162,7 @@ TEST_F(ExportHardwareTest, ADriverThatTookTheProcessDownIsLeftAloneUntilThereIsA
     const HardwareEncoding crashing{.exported = &mainProfile, .marker = marker_};
     const pid_t child = fork();
     if (child == 0) {
-        exportWith(crashing, [] { raise(SIGKILL); });
+        exportWith({crashing}, [] { raise(SIGKILL); });
         _exit(0);
     }
     int status = 0;
@@ -113,10 +171,10 @@ TEST_F(ExportHardwareTest, ADriverThatTookTheProcessDownIsLeftAloneUntilThereIsA
     fs::remove_all(destination_.parent_path());
     fs::create_directory(destination_.parent_path());
 
-    exportWith(crashing);
+    exportWith({crashing});
     expectWholeMovie("High");
     EXPECT_TRUE(fs::exists(marker_));
-    exportWith({.exported = &mainProfile, .marker = folder_.path() / "state" / "newer"});
+    exportWith({{.exported = &mainProfile, .marker = newer_}});
     expectWholeMovie("Main");
 }
 
@@ -127,9 +185,9 @@ TEST_F(ExportHardwareTest, WhatIsNotTheEncodersFaultIsNotTriedAgain) {
         ++tries;
         throw MediaError("The disk is full.");
     };
-    EXPECT_THROW(exportWith(hardware, fail), MediaError);
+    EXPECT_THROW(exportWith({hardware}, fail), MediaError);
     EXPECT_EQ(tries, 1);
-    EXPECT_THROW(exportWith(hardware, [this] { stop_.request_stop(); }), ExportCancelled);
+    EXPECT_THROW(exportWith({hardware}, [this] { stop_.request_stop(); }), ExportCancelled);
     EXPECT_EQ(filesAtDestination(), 0);
     EXPECT_FALSE(fs::exists(marker_));
 }

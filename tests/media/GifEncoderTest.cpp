@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <random>
+#include <string>
 
+#include "media/PaletteChoice.h"
 #include "support/GifProbe.h"
 #include "support/MovieMaker.h"
 #include "support/PixelAt.h"
@@ -44,6 +48,48 @@ int greatestDifference(const BgraImage& a, const BgraImage& b) {
                 greatest =
                     std::max(greatest, std::abs(pixelAt(a, x, y)[channel] - pixelAt(b, x, y)[channel]));
     return greatest;
+}
+
+/// More colours than a palette holds: red across, blue down.
+BgraImage broadGradient() {
+    BgraImage picture(256, 200);
+    for (int y = 0; y < 200; ++y)
+        for (int x = 0; x < 256; ++x)
+            paint(picture, {x, y, 1, 1},
+                  {static_cast<std::uint8_t>(y), 60, static_cast<std::uint8_t>(255 - x)});
+    return picture;
+}
+
+/// How far the means of eight by eight pixels are apart, on average over them and the channels.
+double meanDifference(const BgraImage& a, const BgraImage& b) {
+    double sum = 0;
+    int count = 0;
+    for (int top = 0; top + 8 <= a.height(); top += 8)
+        for (int left = 0; left + 8 <= a.width(); left += 8)
+            for (int channel = 0; channel < 3; ++channel, ++count) {
+                int difference = 0;
+                for (int y = top; y < top + 8; ++y)
+                    for (int x = left; x < left + 8; ++x)
+                        difference += pixelAt(a, x, y)[channel] - pixelAt(b, x, y)[channel];
+                sum += std::abs(difference) / 64.0;
+            }
+    return sum / count;
+}
+
+/// Every pixel by the nearest of the 255 colours that suit the picture best.
+BgraImage undithered(const BgraImage& picture) {
+    ColorHistogram histogram;
+    histogram.add(picture.view());
+    ColorPalette palette(choosePalette(histogram.groups(), 255));
+    BgraImage shown = copyOf(picture);
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const std::uint32_t color = palette.colors()[palette.nearest(colorAt(picture.view(), x, y))];
+            paint(shown, {x, y, 1, 1},
+                  {static_cast<std::uint8_t>(color), static_cast<std::uint8_t>(color >> 8),
+                   static_cast<std::uint8_t>(color >> 16)});
+        }
+    return shown;
 }
 
 class GifEncoderTest : public ::testing::Test {
@@ -170,6 +216,77 @@ TEST_F(GifEncoderTest, NoiseStaysRecognizable) {
                 squares += squaredDistance(colorAt(shown[i].view(), x, y), colorAt(pictures[i].view(), x, y));
     // 255 colours that cut the cube into cells of 40 a side miss by 40^2/12 a channel.
     EXPECT_LT(squares / (3 * 3 * 300 * 200), 180);
+}
+
+TEST_F(GifEncoderTest, AGradientsLocalMeansComeNearerThanWithoutAPattern) {
+    std::vector<BgraImage> pictures;
+    pictures.push_back(broadGradient());
+    encode(pictures);
+    const BgraImage shown = std::move(test::shownPictures(file_).at(0));
+    EXPECT_LT(meanDifference(shown, pictures[0]), 0.7 * meanDifference(undithered(pictures[0]), pictures[0]));
+}
+
+TEST_F(GifEncoderTest, AFlatPanelOverAGradientShowsOneColor) {
+    std::vector<BgraImage> pictures;
+    pictures.push_back(broadGradient());
+    paint(pictures[0], {40, 40, 150, 120}, {34, 45, 33});
+    paint(pictures[0], {60, 60, 100, 20}, {90, 97, 89});
+    // Too small for colours of their own: those of the gradient around them are near.
+    const auto smallPanel = [](int i) { return PixelRect{196 + 10 * i, 104, 8, 8}; };
+    for (int i = 0; i < 6; ++i)
+        paint(pictures[0], smallPanel(i), {108, 64, static_cast<std::uint8_t>(58 - 7 * i)});
+    encode(pictures);
+    const BgraImage shown = std::move(test::shownPictures(file_).at(0));
+    const auto expectPlain = [&](PixelRect area, std::uint32_t color) {
+        for (int y = area.y; y < area.y + area.height; ++y)
+            for (int x = area.x; x < area.x + area.width; ++x)
+                ASSERT_EQ(colorAt(shown.view(), x, y), color) << x << "," << y;
+    };
+    expectPlain({40, 90, 150, 70}, 0x212D22);
+    expectPlain({60, 60, 100, 20}, 0x59615A);
+    for (int i = 0; i < 6; ++i)
+        expectPlain(smallPanel(i), colorAt(shown.view(), smallPanel(i).x, smallPanel(i).y));
+}
+
+TEST_F(GifEncoderTest, UnderAMovingPointerNothingElseChanges) {
+    constexpr int steps = 70;  // more than two palettes' pictures
+    const BgraImage still = broadGradient();
+    const auto pointerAt = [](int step) { return PixelRect{10 + 3 * step, 20 + 2 * step, 8, 12}; };
+    std::vector<BgraImage> pictures;
+    for (int step = 0; step < steps; ++step) {
+        pictures.push_back(copyOf(still));
+        paint(pictures.back(), pointerAt(step), test::white);
+    }
+    encode(pictures);
+    const auto shown = test::shownPictures(file_);
+    const auto isInside = [](PixelRect area, int x, int y) {
+        return x >= area.x && x < area.x + area.width && y >= area.y && y < area.y + area.height;
+    };
+    for (int step = 1; step < steps; ++step)
+        for (int y = 0; y < still.height(); ++y)
+            for (int x = 0; x < still.width(); ++x) {
+                if (isInside(pointerAt(step), x, y) || isInside(pointerAt(step - 1), x, y)) continue;
+                const auto place = static_cast<std::size_t>(step);
+                ASSERT_EQ(colorAt(shown[place].view(), x, y), colorAt(shown[place - 1].view(), x, y))
+                    << step << ": " << x << "," << y;
+            }
+    // Where the pointer has been the gradient is back as it was.
+    EXPECT_EQ(colorAt(shown[40].view(), 12, 22), colorAt(shown[69].view(), 12, 22));
+}
+
+TEST_F(GifEncoderTest, TheSamePicturesMakeTheSameFile) {
+    std::vector<BgraImage> pictures;
+    pictures.push_back(broadGradient());
+    pictures.push_back(copyOf(pictures[0]));
+    paint(pictures[1], {20, 20, 100, 50}, test::white);
+    const auto bytes = [&] {
+        encode(pictures);
+        std::ifstream file(file_, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const std::string first = bytes();
+    EXPECT_GT(first.size(), 1000U);
+    EXPECT_TRUE(first == bytes());
 }
 
 }  // namespace

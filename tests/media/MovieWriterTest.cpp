@@ -289,6 +289,20 @@ TEST_F(MovieWriterTest, StillPicturesAreFinerThanMovingOnes) {
     EXPECT_GT(last, 48);
 }
 
+TEST_F(MovieWriterTest, ARecordingsFirstPictureIsFineSinceItMayStayTheOnlyOne) {
+    const auto likenessOfFirst = [&](const H264Settings& video) {
+        const auto writer = MovieWriter::create(
+            file("first.mov"), {.container = MovieWriter::Container::fragmentedMovie, .video = video});
+        writer->appendVideo(noise(1), 0, frame);
+        writer->finish();
+        return likeness(*MovieReader::open(file("first.mov"))->next(), noise(1));
+    };
+    const H264Settings recorded = H264Settings::capture(width, height);
+    H264Settings plain = recorded;
+    plain.finerKeyFrames = 0;
+    EXPECT_GT(likenessOfFirst(recorded), likenessOfFirst(plain) + 2);
+}
+
 TEST_F(MovieWriterTest, ExportsHaveAKeyFrameEvery250Pictures) {
     const auto writer = MovieWriter::create(file("a.mp4"), exported());
     for (int n = 0; n < 510; ++n)

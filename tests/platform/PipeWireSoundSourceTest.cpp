@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -14,6 +15,7 @@
 #include "platform/pipewire/PipeWireDevices.h"
 #include "support/SoundServer.h"
 #include "support/VirtualSound.h"
+#include "support/VirtualSoundCard.h"
 
 namespace tessaloom {
 namespace {
@@ -21,6 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::SoundServer;
 using test::VirtualSound;
+using test::VirtualSoundCard;
 
 constexpr double tolerance = 0.010;
 
@@ -57,6 +60,13 @@ class Listener {
         const std::lock_guard guard(lock_);
         return start_ + static_cast<double>(samples_.size()) / 48'000;
     }
+    /// Samples in a second of HostClock as the device gave them, whatever a busy server left out.
+    double receivedRate() const {
+        const std::lock_guard guard(lock_);
+        auto rates = rates_;
+        std::ranges::sort(rates);
+        return rates.at(rates.size() / 2);
+    }
     const LiveSoundSource& source() const { return *source_; }
 
   private:
@@ -74,6 +84,9 @@ class Listener {
                     samples_.push_back(more[i]);
             });
         }
+        const auto frames = static_cast<double>(chunk.samples.size() / channels);
+        if (const double last = std::exchange(lastChunk_, chunk.hostTime); last > 0)
+            rates_.push_back(frames / (chunk.hostTime - last));
         lost_ += chunk.buffersLostBefore;
         sound_->append(chunk);
     }
@@ -83,6 +96,8 @@ class Listener {
     std::chrono::milliseconds stall_{0};
     std::optional<SteadySound> sound_;
     double start_ = 0;
+    double lastChunk_ = 0;
+    std::vector<double> rates_;  ///< from each chunk to the next
     std::vector<float> samples_;
     int lost_ = 0;
 };
@@ -143,6 +158,24 @@ TEST_F(PipeWireSound, ABeepIsHeardWhenItHappens) {
     sleepUntil(beep + 0.3);
     EXPECT_NEAR(ear.beepOnset(beep), beep, tolerance);
     EXPECT_NEAR(tap.beepOnset(beep), beep, tolerance);
+}
+
+TEST_F(PipeWireSound, OfACardWhoseClockIsFastBeepsAreHeardWhenTheyHappen) {
+    const VirtualSoundCard card(server.socket(), "card", 5000e-6);
+    const VirtualSound microphone(server.socket(), VirtualSound::Kind::microphone, "first",
+                                  VirtualSoundCard::group);
+    for (int round = 0; round < 100 && !find("first"); ++round)
+        std::this_thread::sleep_for(20ms);
+    const auto player = plugIn("player", VirtualSound::Kind::player);
+    Listener ear(devices.openMicrophone(""));
+    Listener tap(devices.openSystemAudio());
+    // By then the clock alone would have moved them by 25 ms.
+    const double beep = nextBeep(5);
+    sleepUntil(beep + 0.3);
+    EXPECT_NEAR(ear.beepOnset(beep), beep, tolerance);
+    EXPECT_NEAR(tap.beepOnset(beep), beep, tolerance);
+    EXPECT_NEAR(ear.receivedRate(), 48'000 * 1.005, 24);
+    EXPECT_NEAR(tap.receivedRate(), 48'000 * 1.005, 24);
 }
 
 TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {

@@ -6,7 +6,9 @@
 #include <QByteArray>
 #include <array>
 #include <cmath>
+#include <condition_variable>
 #include <csignal>
+#include <mutex>
 #include <thread>
 
 #include "base/HostClock.h"
@@ -76,6 +78,82 @@ TEST_F(X11Stream, SteadyChangesGiveFramesOnOneGridOfSixtyASecond) {
         EXPECT_NEAR(steps, std::round(steps), 1e-3);
         EXPECT_GT(times[i] - times[i - 1], 0.9 / 60.0);
     }
+}
+
+/// A recorder that takes the first frame and doesn't return before it is let go.
+class StalledRecorder {
+  public:
+    explicit StalledRecorder(const StreamConfiguration& configuration)
+        : stream_(X11Connection::open(), configuration) {
+        stream_.start([this](const ScreenFrame& frame) { receive(frame); }, [](const std::string&) {});
+        std::unique_lock guard(lock_);
+        changed_.wait_for(guard, 10s, [this] { return !colors_.empty(); });
+    }
+    ~StalledRecorder() {
+        letGo();
+        stream_.stop();
+    }
+    StalledRecorder(const StalledRecorder&) = delete;
+    StalledRecorder& operator=(const StalledRecorder&) = delete;
+
+    void letGo() {
+        const std::lock_guard guard(lock_);
+        stalled_ = false;
+        changed_.notify_all();
+    }
+    void stop() { stream_.stop(); }
+    /// Of each frame's first new pixel, as 0xRRGGBB.
+    std::vector<std::uint32_t> colors() {
+        const std::lock_guard guard(lock_);
+        return colors_;
+    }
+
+  private:
+    void receive(const ScreenFrame& frame) {
+        std::unique_lock guard(lock_);
+        const std::uint8_t* pixel = frame.patches.front().pixels.row(0);
+        colors_.push_back(static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]));
+        changed_.notify_all();
+        changed_.wait(guard, [this] { return !stalled_; });
+    }
+
+    std::mutex lock_;
+    std::condition_variable changed_;
+    bool stalled_ = true;
+    std::vector<std::uint32_t> colors_;
+    X11ScreenStream stream_;
+};
+
+constexpr auto severalFrames = 100ms;
+
+TEST_F(X11Stream, WhatChangesWhileTheRecorderStallsIsKeptForIt) {
+    TestWindow window(connection, {{0, 0, 320, 240}, red});
+    StalledRecorder recorder(screen());
+    const std::vector<std::uint32_t> shown{0x100000, 0x200000, 0x300000, 0x400000, 0x500000};
+    for (const std::uint32_t color : shown) {
+        window.fill({0, 0, 320, 240}, color);
+        std::this_thread::sleep_for(severalFrames);
+    }
+    recorder.letGo();
+    recorder.stop();
+    std::vector<std::uint32_t> expected{red};
+    expected.insert(expected.end(), shown.begin(), shown.end());
+    EXPECT_EQ(recorder.colors(), expected);
+}
+
+TEST_F(X11Stream, AfterALongStallThePictureIsTheLatest) {
+    TestWindow window(connection, {{0, 0, 320, 240}, red});
+    StalledRecorder recorder(screen());
+    for (std::uint32_t step = 1; step <= 9; ++step) {
+        window.fill({0, 0, 320, 240}, step << 20U);
+        std::this_thread::sleep_for(severalFrames);
+    }
+    recorder.letGo();
+    std::this_thread::sleep_for(severalFrames);
+    recorder.stop();
+    const auto colors = recorder.colors();
+    EXPECT_EQ(colors.back(), 9U << 20U);
+    EXPECT_EQ(colors.size(), 7U) << "the first, five that waited, and the last";
 }
 
 TEST_F(X11Stream, AWindowIsSeenThroughWhatCoversIt) {

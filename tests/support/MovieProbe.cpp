@@ -54,6 +54,12 @@ std::uint64_t bigEndian(const std::string& bytes, std::size_t offset, std::size_
     return value;
 }
 
+/// By the header of the packet's first H.264 unit, which comes after the four bytes of its length.
+bool isUnreferencedSlice(const AVPacket& packet) {
+    constexpr int unreferencedSlice = 1;
+    return packet.size > 4 && packet.data[4] == unreferencedSlice;
+}
+
 }  // namespace
 
 std::vector<double> MovieFacts::times() const {
@@ -81,7 +87,8 @@ MovieFacts probeMovie(const std::filesystem::path& path) {
     while (av_read_frame(opened, packet.get()) >= 0) {
         if (packet->stream_index == index)
             facts.packets.push_back({static_cast<double>(packet->pts) * av_q2d(stream.time_base),
-                                     (packet->flags & AV_PKT_FLAG_KEY) != 0});
+                                     (packet->flags & AV_PKT_FLAG_KEY) != 0, isUnreferencedSlice(*packet),
+                                     packet->size});
         av_packet_unref(packet.get());
     }
     std::ranges::sort(facts.packets, {}, &MovieFacts::Packet::time);

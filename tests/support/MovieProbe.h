@@ -13,6 +13,9 @@ struct MovieFacts {
     struct Packet {
         double time = 0;
         bool key = false;
+        /// Of H.264: no other picture is predicted from it.
+        bool disposable = false;
+        int bytes = 0;
     };
 
     int width = 0;

@@ -14,7 +14,7 @@ namespace tessaloom::test {
 namespace {
 
 constexpr int stride = VirtualCamera::width * 2;
-constexpr long pictureInterval = 1'000'000'000 / 30;
+constexpr double pictureInterval = 1e9 / 30;  ///< nanoseconds
 constexpr double flashLength = 0.2;
 
 const spa_pod* pod(const void* object) {
@@ -23,12 +23,14 @@ const spa_pod* pod(const void* object) {
 
 }  // namespace
 
-VirtualCamera::VirtualCamera(const std::string& socket, const std::string& name, Behaviour behaviour)
+VirtualCamera::VirtualCamera(const std::string& socket, const std::string& name, Behaviour behaviour,
+                             double clockError)
     : VirtualDevice(socket, {{PW_KEY_MEDIA_CLASS, "Video/Source"},
                              {PW_KEY_MEDIA_ROLE, "Camera"},
                              {PW_KEY_NODE_NAME, name},
                              {PW_KEY_NODE_DESCRIPTION, name + " (test)"}}),
-      behaviour_(behaviour) {
+      behaviour_(behaviour),
+      pictureInterval_(std::lround(pictureInterval / (1 + clockError))) {
     timer_ = pw_loop_add_timer(
         loop(),
         [](void* data, std::uint64_t) {
@@ -68,7 +70,7 @@ void VirtualCamera::formatChosen() {
 void VirtualCamera::streaming(bool on) {
     const bool runs = on && behaviour_ == Behaviour::delivers;
     timespec first{0, runs ? 1 : 0};
-    timespec interval{0, runs ? pictureInterval : 0};
+    timespec interval{0, runs ? pictureInterval_ : 0};
     pw_loop_update_timer(loop(), timer_, &first, &interval, false);
 }
 

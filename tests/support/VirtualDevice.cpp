@@ -26,7 +26,7 @@ VirtualDevice::VirtualDevice(const std::string& socket, const Properties& proper
     stream_ = pw_stream_new(core_, "device", toProperties(properties));
 }
 
-void VirtualDevice::plugIn(const spa_pod* format, pw_stream_flags flags) {
+void VirtualDevice::plugIn(const spa_pod* format, pw_stream_flags flags, pw_direction direction) {
     static const pw_stream_events events = [] {
         pw_stream_events handlers{};
         handlers.version = PW_VERSION_STREAM_EVENTS;
@@ -37,10 +37,14 @@ void VirtualDevice::plugIn(const spa_pod* format, pw_stream_flags flags) {
         handlers.state_changed = [](void* data, pw_stream_state, pw_stream_state state, const char*) {
             static_cast<VirtualDevice*>(data)->streaming(state == PW_STREAM_STATE_STREAMING);
         };
+        handlers.io_changed = [](void* data, std::uint32_t id, void* area, std::uint32_t) {
+            if (id == SPA_IO_Position)
+                static_cast<VirtualDevice*>(data)->positionShared(static_cast<spa_io_position*>(area));
+        };
         return handlers;
     }();
     pw_stream_add_listener(stream_, &hook_, &events, this);
-    pw_stream_connect(stream_, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, &format, 1);
+    pw_stream_connect(stream_, direction, PW_ID_ANY, flags, &format, 1);
     pw_thread_loop_start(loop_);
 }
 

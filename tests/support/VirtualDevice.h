@@ -9,8 +9,8 @@
 
 namespace tessaloom::test {
 
-/// Something that sends into a sound server: a virtual microphone, player or camera. It is plugged in as long
-/// as this object lives.
+/// Something that sends into a sound server, or takes from it: a virtual microphone, player, camera or pair
+/// of speakers. It is plugged in as long as this object lives.
 class VirtualDevice {
   public:
     virtual ~VirtualDevice();
@@ -25,13 +25,15 @@ class VirtualDevice {
 
     /// To be called at the end of the constructor: from here on the handlers below run, on a thread of the
     /// device's own.
-    void plugIn(const spa_pod* format, pw_stream_flags flags);
+    void plugIn(const spa_pod* format, pw_stream_flags flags, pw_direction direction = PW_DIRECTION_OUTPUT);
     /// To be called at the start of the destructor: from here on they don't.
     void unplug();
 
     virtual void process() = 0;
     virtual void formatChosen() {}
     virtual void streaming(bool /*on*/) {}
+    /// What tells the graph's time; null when it is taken away.
+    virtual void positionShared(spa_io_position* /*position*/) {}
 
     pw_loop* loop() const { return pw_thread_loop_get_loop(loop_); }
     pw_stream* stream() const { return stream_; }

@@ -15,6 +15,18 @@ constexpr int sampleRate = 48'000;
 constexpr double beepLength = 0.1;
 constexpr double beepFrequency = 1000;
 
+std::vector<std::pair<std::string, std::string>> properties(VirtualSound::Kind kind, const std::string& name,
+                                                            const std::string& group) {
+    if (kind == VirtualSound::Kind::player) {
+        return {{PW_KEY_MEDIA_TYPE, "Audio"}, {PW_KEY_MEDIA_CATEGORY, "Playback"}, {PW_KEY_NODE_NAME, name}};
+    }
+    std::vector<std::pair<std::string, std::string>> values{{PW_KEY_MEDIA_CLASS, "Audio/Source"},
+                                                            {PW_KEY_NODE_NAME, name},
+                                                            {PW_KEY_NODE_DESCRIPTION, name + " (test)"}};
+    if (!group.empty()) values.emplace_back(PW_KEY_NODE_GROUP, group);
+    return values;
+}
+
 }  // namespace
 
 float beep(double hostTime) {
@@ -23,14 +35,9 @@ float beep(double hostTime) {
     return static_cast<float>(0.5 * std::cos(2 * std::numbers::pi * beepFrequency * phase));
 }
 
-VirtualSound::VirtualSound(const std::string& socket, Kind kind, const std::string& name)
-    : VirtualDevice(socket, kind == Kind::microphone ? Properties{{PW_KEY_MEDIA_CLASS, "Audio/Source"},
-                                                                  {PW_KEY_NODE_NAME, name},
-                                                                  {PW_KEY_NODE_DESCRIPTION, name + " (test)"}}
-                                                     : Properties{{PW_KEY_MEDIA_TYPE, "Audio"},
-                                                                  {PW_KEY_MEDIA_CATEGORY, "Playback"},
-                                                                  {PW_KEY_NODE_NAME, name}}),
-      kind_(kind) {
+VirtualSound::VirtualSound(const std::string& socket, Kind kind, const std::string& name,
+                           const std::string& group)
+    : VirtualDevice(socket, properties(kind, name, group)), kind_(kind) {
     std::array<std::uint8_t, 1024> memory{};
     spa_pod_builder builder{};
     spa_pod_builder_init(&builder, memory.data(), memory.size());

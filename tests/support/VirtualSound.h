@@ -15,8 +15,10 @@ class VirtualSound final : public VirtualDevice {
   public:
     enum class Kind { microphone, player };
 
-    /// `name` is the node's. Throws std::runtime_error without a server.
-    VirtualSound(const std::string& socket, Kind kind, const std::string& name);
+    /// `name` is the node's, `group` that of the sound card a microphone is on, if it is on one. Throws
+    /// std::runtime_error without a server.
+    VirtualSound(const std::string& socket, Kind kind, const std::string& name,
+                 const std::string& group = {});
     ~VirtualSound() override { unplug(); }
 
   private:

@@ -44,7 +44,8 @@ SceneWindow::SceneWindow(const SceneOptions& options)
     : options_(options), log_(options.logFile), layout_(SceneLayout::forSize(options.size, options.busy)) {
     setTitle(QStringLiteral("Fieldnotes"));
     resize(options.size);
-    if (options.busy) frames_.start(frameMilliseconds, Qt::PreciseTimer, this);
+    if (!options.busy) return;
+    busyFrames_.emplace([this] { change([](SceneState& state) { state.advanceBusyFrame(); }); });
 }
 
 bool SceneWindow::event(QEvent* event) {
@@ -122,11 +123,8 @@ void SceneWindow::adopt(const SceneState& next) {
 void SceneWindow::timerEvent(QTimerEvent* event) {
     if (event->timerId() != frames_.timerId()) return;
     const double elapsed = sinceFrame_.isValid() ? static_cast<double>(sinceFrame_.restart()) / 1000 : 0;
-    change([&](SceneState& state) {
-        state.advance(elapsed);
-        if (options_.busy) state.advanceBusyFrame();
-    });
-    if (!state_.animating() && !options_.busy) frames_.stop();
+    change([&](SceneState& state) { state.advance(elapsed); });
+    if (!state_.animating()) frames_.stop();
 }
 
 void SceneWindow::mouseMoveEvent(QMouseEvent* event) {

@@ -6,8 +6,10 @@
 #include <QRasterWindow>
 #include <QRegion>
 #include <concepts>
+#include <optional>
 
 #include "demo-scene/JsonLines.h"
+#include "demo-scene/RefreshClock.h"
 #include "demo-scene/SceneLayout.h"
 #include "demo-scene/SceneLook.h"
 #include "demo-scene/SceneOptions.h"
@@ -54,6 +56,7 @@ class SceneWindow : public QRasterWindow {
     /// Painted, but not yet known to be on the screen.
     QRegion unlogged_;
     unsigned counter_ = 0;
+    std::optional<RefreshClock> busyFrames_;
 };
 
 }  // namespace tessaloom::demo

@@ -36,6 +36,8 @@ int runScene(const QGuiApplication& application) {
 int main(int argumentCount, char** arguments) {
     // Every length here is in screen pixels.
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    // A change is painted at once, not gathered with later ones for some milliseconds.
+    qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
     const QGuiApplication application(argumentCount, arguments);
     try {
         return runScene(application);

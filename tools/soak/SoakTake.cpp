@@ -1,29 +1,34 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Records a busy 1080p screen that changes sixty times a second, what the speakers play and a microphone, and
-// says what came of it: how soon recordings start and stop, dropped frames, memory, and how far sound and
-// picture are apart at the end. Arguments: the recorder, the scene's program, seconds.
-#include <signal.h>
-
+// Records a busy 1080p screen that changes sixty times a second, what the speakers play, a microphone and
+// perhaps a camera, and says what came of it: what became of each paint, memory, how long the stop took, and
+// how far sound, clicks and picture are apart at the start, in the middle and near the end. Its status is 1
+// when a limit is broken.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "base/HostClock.h"
+#include "demo-scene/SceneLayout.h"
 #include "media/MovieReader.h"
-#include "support/MovieProbe.h"
+#include "soak/RecorderRun.h"
+#include "soak/SoakOptions.h"
+#include "soak/SyncReport.h"
+#include "support/FrameAudit.h"
 #include "support/PixelAt.h"
-#include "support/SoundProbe.h"
+#include "support/SceneCounter.h"
 #include "support/SoundServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
+#include "support/VirtualCamera.h"
 #include "support/VirtualDesktop.h"
 #include "support/VirtualSound.h"
+#include "support/VirtualSoundCard.h"
 #include "support/XInjector.h"
 #include "take/RecordingLibrary.h"
 
@@ -32,15 +37,52 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int starts = 10;
-constexpr float beepLevel = 0.15F;
+constexpr int width = 1920;
+constexpr int height = 1080;
 constexpr int flashSide = 64;
-constexpr double flashLength = 0.2;
-constexpr double judgedSeconds = 15;
+constexpr double settledAfter = 20;
+constexpr long mostGrowth = 10'000;  ///< kilobytes
+constexpr double longestPart = 15;   ///< of the take, in which sound and picture are compared
 
-double medianOf(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
+/// A 1080p desktop with a scene that paints sixty times a second, a sound card, a player and perhaps a
+/// camera.
+struct Desk {
+    explicit Desk(const SoakOptions& options)
+        : card(sound.socket(), "soak_speakers", options.clockError),
+          scene({options.scene, "--full-screen", "--busy", "--log", sceneLog().string()},
+                desktop.environment()) {
+        if (options.camera)
+            camera = std::make_unique<VirtualCamera>(sound.socket(), "soak_camera",
+                                                     VirtualCamera::Behaviour::delivers, options.clockError);
+        if (!scene.waitForOutput("ready\n", 10s)) throw std::runtime_error(scene.errors());
+    }
+
+    std::filesystem::path sceneLog() const { return folder.path() / "scene.jsonl"; }
+    std::vector<Paint> paints() const;
+
+    VirtualDesktop desktop{width, height};
+    TemporaryFolder folder;
+    XInjector injector{desktop.displayName()};
+    SoundServer sound{desktop.environment()};
+    VirtualSoundCard card;
+    VirtualSound microphone{sound.socket(), VirtualSound::Kind::microphone, "soak_microphone",
+                            VirtualSoundCard::group};
+    VirtualSound player{sound.socket(), VirtualSound::Kind::player, "soak_player"};
+    std::unique_ptr<VirtualCamera> camera;
+    ChildProcess scene;
+};
+
+double valueOf(const std::string& line, const std::string& name) {
+    const std::size_t found = line.find('"' + name + "\":");
+    return found == std::string::npos ? std::nan("") : std::stod(line.substr(found + name.size() + 3));
+}
+
+std::vector<Paint> Desk::paints() const {
+    std::ifstream log(sceneLog());
+    std::vector<Paint> paints;
+    for (std::string line; std::getline(log, line);)
+        paints.push_back({valueOf(line, "host"), static_cast<unsigned>(valueOf(line, "counter"))});
+    return paints;
 }
 
 void sleepUntil(double hostTime) {
@@ -55,174 +97,169 @@ long residentKilobytes(pid_t process) {
     return 0;
 }
 
-/// One run of the recorder.
-class Take {
-  public:
-    Take(const std::string& recorder, Environment environment, const std::filesystem::path& library)
-        : started_(HostClock::seconds()),
-          program_({recorder, "record", "--countdown", "0", "--microphone", "--system-audio"},
-                   withLibrary(std::move(environment), library)) {
-        while (program_.errors().find("Recording started") == std::string::npos) {
-            if (!program_.running()) throw std::runtime_error(program_.errors());
-            std::this_thread::sleep_for(1ms);
-        }
-        startSeconds_ = HostClock::seconds() - started_;
-    }
+struct Memory {
+    long settled = 0;  ///< kilobytes
+    long atEnd = 0;
 
-    /// From the program's start to the word that it records, the first frame included.
-    double startSeconds() const { return startSeconds_; }
-    pid_t process() const { return program_.id(); }
-
-    /// From Ctrl-C to the program's end.
-    double stop() {
-        const double asked = HostClock::seconds();
-        program_.signal(SIGINT);
-        if (program_.waitForExit(60s) != 0) throw std::runtime_error(program_.errors());
-        return HostClock::seconds() - asked;
-    }
-
-  private:
-    static Environment withLibrary(Environment environment, const std::filesystem::path& library) {
-        environment["TESSALOOM_LIBRARY"] = library.string();
-        environment["TESSALOOM_CONFIG"] = (library / "settings.ini").string();
-        environment["TESSALOOM_VERBOSE"] = "1";
-        environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
-        return environment;
-    }
-
-    double started_;
-    ChildProcess program_;
-    double startSeconds_ = 0;
+    bool isFlat() const { return atEnd < settled + mostGrowth; }
 };
 
-/// The moments of the last seconds at which the screen's corner turned light, in seconds of the file.
-std::vector<double> lastFlashes(const std::filesystem::path& movie, double length) {
-    const auto reader =
-        MovieReader::open(movie, MovieReader::TimeRange{std::max(0.0, length - judgedSeconds), length});
-    BgraImage picture;
+/// Clicks and flashes the screen's corner once a second. The flashes come a little later in the frame each
+/// time, so that on average a picture is half a frame late.
+class Performance {
+  public:
+    Performance(Desk& desk, pid_t recorder)
+        : desk_(desk),
+          recorder_(recorder),
+          corner_(desk.injector.connection(), {.rect = {0, 0, flashSide, flashSide}, .rgb = 0}) {
+        desk.injector.moveTo({flashSide / 2, flashSide / 2});
+    }
+
+    void playFor(double seconds) {
+        const double begin = HostClock::seconds();
+        for (double second = std::ceil(begin); second < begin + seconds - 1; ++second) {
+            clickAt(second + 0.4);
+            flashAt(second + 0.5 + std::fmod(second, 8) / 8 / 60);
+            memory.atEnd = residentKilobytes(recorder_);
+            if (second - begin <= std::min(settledAfter, seconds / 2)) memory.settled = memory.atEnd;
+        }
+        sleepUntil(begin + seconds);
+    }
+
+    Happenings happened;
+    Memory memory;
+
+  private:
+    void clickAt(double hostTime) {
+        sleepUntil(hostTime);
+        happened.clicks.push_back(HostClock::seconds());
+        desk_.injector.click();
+    }
+    void flashAt(double hostTime) {
+        sleepUntil(hostTime);
+        happened.flashes.push_back(HostClock::seconds());
+        corner_.fill({0, 0, flashSide, flashSide}, 0xFFFFFF);
+        sleepUntil(hostTime + 0.2);
+        corner_.fill({0, 0, flashSide, flashSide}, 0);
+    }
+
+    Desk& desk_;
+    pid_t recorder_;
+    TestWindow corner_;
+};
+
+/// All frames with the scene's counters, and the times at which the corner turns light.
+struct SeenFrames {
+    std::vector<RecordedFrame> frames;
     std::vector<double> flashes;
+};
+
+SeenFrames readFrames(const std::filesystem::path& movie) {
+    const QRectF strip = demo::SceneLayout::forSize({width, height}, true).counterStrip;
+    const auto reader = MovieReader::open(movie);
+    BgraImage picture;
+    SeenFrames seen;
     bool dark = false;
     while (const auto frame = reader->next()) {
         frame->toBgra(picture);
+        seen.frames.push_back({frame->time(), readSceneCounter(picture.view(), strip)});
         const bool light = pixelAt(picture, flashSide / 2, flashSide / 2)[0] > 128;
-        if (dark && light) flashes.push_back(frame->time());
+        if (dark && light) seen.flashes.push_back(frame->time());
         dark = !light;
     }
-    return flashes;
+    return seen;
 }
 
-/// How much later the beeps come than the flashes, on average, in milliseconds. A flash is drawn at any time
-/// between two frames, so its picture is half a frame late on average, which is taken off.
-double beepDelay(const DecodedSound& sound, double offset, const std::vector<double>& flashes) {
-    double sum = 0;
-    for (const double flash : flashes) {
-        const auto beep = sound.onset(beepLevel, flash - offset - 0.3);
-        sum += beep ? *beep + offset - flash : std::nan("");
+void print(const FrameAudit& audit, double length) {
+    std::printf("frames: %zu of %zu paints in %.1f s (60 a second are %.0f)\n", audit.frames, audit.paints,
+                length, 60 * length);
+    std::printf(
+        "  missed %zu, painted over within half a frame %zu, repeated %zu, out of order %zu, unreadable "
+        "%zu\n",
+        audit.missed(), audit.fleeting, audit.repeated, audit.outOfOrder, audit.unreadable);
+    std::printf("  later than the promptest: %.1f ms on average, %.1f at most\n", 1000 * audit.meanDelay,
+                1000 * audit.longestDelay);
+}
+
+void print(const SyncReport& report) {
+    std::printf("%.0f to %.0f s, later than the picture: speakers %+.1f ms, microphone %+.1f, clicks %+.1f",
+                report.from, report.to, report.speakers, report.microphone, report.clicks);
+    if (report.camera) std::printf(", camera %+.1f", *report.camera);
+    std::puts(report.holds() ? "" : "  FAILED: apart");
+}
+
+/// The lines in which the recorder says what went wrong, or what it couldn't keep up with.
+void printComplaints(const std::string& messages) {
+    for (const char* word : {"dropped", "behind"}) {
+        std::size_t found = messages.find(word);
+        if (found == std::string::npos) continue;
+        const std::size_t start = messages.rfind('\n', found) + 1;
+        std::printf("recorder: %s\n", messages.substr(start, messages.find('\n', found) - start).c_str());
     }
-    return 1000 * (sum / static_cast<double>(flashes.size()) + 0.5 / 60);
 }
 
-/// How often the scene painted between two times of HostClock.
-long paintsBetween(const std::filesystem::path& sceneLog, double from, double to) {
-    std::ifstream log(sceneLog);
-    long count = 0;
-    for (std::string line; std::getline(log, line);) {
-        const std::size_t host = line.find("\"host\":");
-        if (host == std::string::npos) continue;
-        const double time = std::stod(line.substr(host + 7));
-        if (time >= from && time <= to) ++count;
-    }
-    return count;
+bool reportFrames(const SoakOptions& options, const FrameAudit& audit, double length) {
+    print(audit, length);
+    const bool enough = !options.mostMissed || static_cast<long>(audit.missed()) <= *options.mostMissed;
+    if (!enough) std::puts("FAILED: frames are missing");
+    return enough && audit.outOfOrder == 0;
 }
 
-struct Memory {
-    long settled = 0;
-    long atEnd = 0;
-};
-
-/// Flashes the corner at each full second.
-Memory flashFor(double seconds, TestWindow& corner, pid_t recorder) {
-    Memory memory;
-    const double begin = HostClock::seconds();
-    for (double second = std::ceil(begin + 0.1); second < begin + seconds; ++second) {
-        sleepUntil(second);
-        corner.fill({0, 0, flashSide, flashSide}, 0xFFFFFF);
-        sleepUntil(second + flashLength);
-        corner.fill({0, 0, flashSide, flashSide}, 0);
-        memory.atEnd = residentKilobytes(recorder);
-        if (second - begin < std::min(30.0, seconds / 3)) memory.settled = memory.atEnd;
-    }
-    return memory;
-}
-
-void measureStarts(const std::string& recorder, const Environment& environment) {
-    std::vector<double> startSeconds;
-    for (int round = 0; round < starts; ++round) {
-        const TemporaryFolder library;
-        Take take(recorder, environment, library.path());
-        startSeconds.push_back(take.startSeconds());
-        take.stop();
-    }
-    std::printf("start to first frame: median %.0f ms, longest %.0f ms of %d\n",
-                1000 * medianOf(startSeconds), 1000 * *std::ranges::max_element(startSeconds), starts);
-}
-
-int run(const std::string& recorder, const std::string& sceneProgram, double seconds) {
-    const VirtualDesktop desktop(1920, 1080);
-    const XInjector injector(desktop.displayName());
-    SoundServer sound(desktop.environment());
-    const VirtualSound microphone(sound.socket(), VirtualSound::Kind::microphone, "soak_microphone");
-    const VirtualSound player(sound.socket(), VirtualSound::Kind::player, "soak_player");
-    const TemporaryFolder folder;
-
-    measureStarts(recorder, sound.environment());
-
-    const auto sceneLog = folder.path() / "scene.jsonl";
-    ChildProcess scene({sceneProgram, "--full-screen", "--busy", "--log", sceneLog.string()},
-                       desktop.environment());
-    if (!scene.waitForOutput("ready\n", 10s)) throw std::runtime_error(scene.errors());
-    TestWindow corner(injector.connection(), {.rect = {0, 0, flashSide, flashSide}, .rgb = 0});
-    Take take(recorder, sound.environment(), folder.path());
-    const Memory memory = flashFor(seconds, corner, take.process());
-    std::printf("stop after %.0f s: %.0f ms\n", seconds, 1000 * take.stop());
-
-    const TakeBundle bundle = RecordingLibrary(folder.path()).recentBundles(1).front();
-    const auto movie = bundle.file(TakeBundle::screenFile);
-    const auto times = probeMovie(movie).times();
-    int missed = 0;
-    for (std::size_t frame = 1; frame + 1 < times.size(); ++frame)
-        missed += static_cast<int>(std::lround((times[frame] - times[frame - 1]) * 60)) - 1;
-    const EventLog log = bundle.readLog();
-    const double origin = static_cast<double>(log.streamStartHostTime) * 1e-9;
-    std::printf("frames: %zu, points of the 60 Hz grid without one: %d; the scene painted %ld times\n",
-                times.size(), missed, paintsBetween(sceneLog, origin, origin + times.back()));
+bool reportMemory(const Memory& memory) {
     std::printf("memory: %ld kB when settled, %ld kB at the end\n", memory.settled, memory.atEnd);
+    if (!memory.isFlat()) std::puts("FAILED: memory grows");
+    return memory.isFlat();
+}
 
+bool reportSyncOf(const Happenings& happened, const RecordedHappenings& recorded, double begin,
+                  double length) {
+    const double first = 1;
+    const double last = length - 1.5;
+    const double part = std::min(longestPart, (last - first) / 3);
+    bool holds = true;
+    for (const double from : {first, (first + last - part) / 2, last - part}) {
+        const SyncReport report = reportSync(happened, recorded, begin, from, from + part);
+        print(report);
+        holds = report.holds() && holds;
+    }
+    return holds;
+}
+
+int run(const SoakOptions& options) {
+    Desk desk(options);
+    std::vector<std::string> arguments{"--microphone", "--system-audio"};
+    if (options.camera) arguments.emplace_back("--camera");
+    RecorderRun take(options.recorder, desk.sound.environment(), desk.folder.path(), arguments);
+    Performance performance(desk, take.process());
+    performance.playFor(options.seconds);
+    std::printf("stop after %.0f s: %.0f ms\n", options.seconds, 1000 * take.stop());
+    printComplaints(take.messages());
+
+    const TakeBundle bundle = RecordingLibrary(desk.folder.path()).recentBundles(1).front();
+    const auto movie = bundle.file(TakeBundle::screenFile);
     const double length = MovieReader::scanDuration(movie);
-    const auto flashes = lastFlashes(movie, length);
-    if (flashes.empty()) throw std::runtime_error("no flash in the last seconds");
-    const double played = beepDelay(decodeSound(movie), 0, flashes);
-    const auto voiceFile = bundle.file(TakeBundle::microphoneFile);
-    const double voice = beepDelay(decodeSound(voiceFile), log.micStartOffset, flashes);
-    std::printf("last %zu flashes of %.1f s: speakers %+.1f ms, microphone %+.1f ms after the picture\n",
-                flashes.size(), length, played, voice);
-    const bool together = std::abs(played) < 10 && std::abs(voice) < 10;
-    const bool flat = memory.atEnd < memory.settled + 10'000;
-    if (!together) std::puts("FAILED: sound and picture are apart");
-    if (!flat) std::puts("FAILED: memory grows");
-    return together && flat ? 0 : 1;
+    // The first frame comes soon after the stream was made.
+    const double begin = static_cast<double>(bundle.readLog().streamStartHostTime) * 1e-9;
+    SeenFrames seen = readFrames(movie);
+    const bool framesThere = reportFrames(options, auditFrames(desk.paints(), seen.frames, begin), length);
+    const bool memoryFlat = reportMemory(performance.memory);
+    const auto recorded = RecordedHappenings::read(bundle, std::move(seen.flashes));
+    const bool together = reportSyncOf(performance.happened, recorded, begin, length);
+    return framesThere && memoryFlat && together ? 0 : 1;
 }
 
 }  // namespace
 }  // namespace tessaloom::test
 
 int main(int count, char** arguments) {
-    if (count != 4) {
-        std::fputs("usage: soak_take RECORDER SCENE SECONDS\n", stderr);
+    using tessaloom::test::SoakOptions;
+    const auto options = SoakOptions::parse(count, arguments);
+    if (!options) {
+        std::fputs(SoakOptions::usage, stderr);
         return 2;
     }
     try {
-        return tessaloom::test::run(arguments[1], arguments[2], std::atof(arguments[3]));
+        return tessaloom::test::run(*options);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "soak_take: %s\n", error.what());
         return 1;

@@ -5,11 +5,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstring>
 #include <stdexcept>
 
 #include "base/HostClock.h"
+#include "base/Log.h"
 #include "platform/x11/DamageRegion.h"
 
 namespace tessaloom {
@@ -35,7 +35,9 @@ bool isInside(const PixelRect& inner, const PixelRect& outer) {
 
 X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
                                  const StreamConfiguration& configuration)
-    : connection_(std::move(connection)), configuration_(configuration) {}
+    : connection_(std::move(connection)),
+      configuration_(configuration),
+      grid_(configuration.minimumFrameInterval) {}
 
 X11ScreenStream::~X11ScreenStream() {
     stop();
@@ -47,8 +49,8 @@ void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
     source_ = X11StreamSource::open(*connection_, configuration_);
     damage_ = std::make_unique<X11SourceDamage>(*connection_, source_->damagedWindow());
-    pixels_ = std::make_unique<X11ShmSegment>(*connection_, byteCount(wholePicture(configuration_)));
-    onFrame_ = std::move(onFrame);
+    delivery_ = std::make_unique<X11FrameDelivery>(*connection_, byteCount(wholePicture(configuration_)),
+                                                   std::move(onFrame));
     onStopped_ = std::move(onStopped);
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
 }
@@ -56,30 +58,42 @@ void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
 void X11ScreenStream::stop() {
     thread_.request_stop();
     connection_->hangUp();
-    if (thread_.joinable()) thread_.join();
+    if (!thread_.joinable()) return;
+    delivery_->close();  // it may be waited for
+    thread_.join();
+    delivery_->finish();
+    if (const int times = delivery_->timesBehind(); times > 0)
+        qCInfo(Log::screenCapture, "Recording fell behind the screen %d times", times);
 }
 
 void X11ScreenStream::run(const std::stop_token& stop) {
     while (!stop.stop_requested()) {
-        if (!handleEvents()) {
-            onStopped_("The recorded window was closed.");
-            return;
-        }
+        if (!handleEvents()) return endByItself("The recorded window was closed.");
         if (connection_->lost()) {
             // A stop hangs up too.
-            if (!stop.stop_requested()) onStopped_("The connection to the X server was lost.");
+            if (!stop.stop_requested()) endByItself("The connection to the X server was lost.");
             return;
         }
         const double now = HostClock::seconds();
-        const double due = nextReading(now);
+        const double due = grid_.pointOf(change_, now);
         if (!damaged_) {
             waitForEvent();
+            change_ = FrameGrid::Change::cameJustNow;
+        } else if (!frame_) {
+            frame_ = delivery_->takeEmpty();
         } else if (now < due) {
             std::this_thread::sleep_for(std::chrono::duration<double>(due - now));
+            change_ = FrameGrid::Change::hasWaited;
         } else {
             readDamage(due);
+            change_ = FrameGrid::Change::hasWaited;
         }
     }
+}
+
+void X11ScreenStream::endByItself(const std::string& reason) {
+    delivery_->finish();
+    onStopped_(reason);
 }
 
 /// A still screen costs nothing: only the server, or a stop that hangs up, ends this.
@@ -104,16 +118,6 @@ void X11ScreenStream::note(X11StreamSource::Change change) {
     damaged_ = damaged_ || change == Change::everything || change == Change::parts;
 }
 
-/// All readings fall on one grid, so that steady motion gives evenly spaced frames. After a rest, or when one
-/// was missed, the next point of the grid is the next reading.
-double X11ScreenStream::nextReading(double now) {
-    if (!gridPoint_) return now;
-    const double interval = configuration_.minimumFrameInterval;
-    const double late = now - *gridPoint_;
-    if (late > interval * 0.5) *gridPoint_ += std::ceil(late / interval) * interval;
-    return *gridPoint_;
-}
-
 void X11ScreenStream::readDamage(double hostTime) {
     damaged_ = false;
     const bool all = readAll_;
@@ -126,7 +130,7 @@ void X11ScreenStream::readDamage(double hostTime) {
     if (available.width <= 0 || available.height <= 0) return;  // hidden: its return is announced
     const bool complete =
         std::ranges::all_of(rects, [&](const PixelRect& r) { return isInside(r, available); });
-    gridPoint_ = hostTime + configuration_.minimumFrameInterval;
+    grid_.taken(hostTime);
     if (!(complete ? readPixels(rects) : readWithBlackMargins())) {
         // The window changed under our hands; the event that says so is on its way.
         readAll_ = damaged_ = true;
@@ -136,22 +140,24 @@ void X11ScreenStream::readDamage(double hostTime) {
     // Whatever moved before the pixels were taken has told of it by now: with one of our windows come or
     // gone, they may show it, and are read again.
     if (!handleEvents() || readAll_) return;
-    onFrame_({hostTime, patches_});
+    frame_->hostTime = hostTime;
+    delivery_->deliver(std::move(frame_));
 }
 
 /// All requests go out before the first answer is awaited.
 bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
-    patches_.clear();
+    frame_->patches.clear();
     source_->prepare(rects);
     std::vector<xcb_shm_get_image_cookie_t> cookies;
     std::size_t offset = 0;
     for (const PixelRect& rect : rects) {
         const PixelRect place{source_->originX() + rect.x, source_->originY() + rect.y, rect.width,
                               rect.height};
-        cookies.push_back(pixels_->requestImage(source_->drawable(), place, offset));
+        cookies.push_back(frame_->pixels.requestImage(source_->drawable(), place, offset));
         const auto stride =
             static_cast<std::ptrdiff_t>(rect.width) * static_cast<std::ptrdiff_t>(bytesPerPixel);
-        patches_.push_back({{pixels_->data() + offset, rect.width, rect.height, stride}, rect.x, rect.y});
+        frame_->patches.push_back(
+            {{frame_->pixels.data() + offset, rect.width, rect.height, stride}, rect.x, rect.y});
         offset += byteCount(rect);
     }
     bool complete = true;
@@ -167,13 +173,13 @@ bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
 bool X11ScreenStream::readWithBlackMargins() {
     const PixelRect part = source_->available();
     if (!readPixels({part})) return false;
-    const BgraView read = patches_.front().pixels;
+    const BgraView read = frame_->patches.front().pixels;
     const PixelRect picture = wholePicture(configuration_);
     const auto stride = static_cast<std::size_t>(picture.width) * bytesPerPixel;
     const auto partStride = static_cast<std::size_t>(read.stride);
     // The rows spread out within the same memory, so the last ones have to move first.
     for (int y = picture.height - 1; y >= 0; --y) {
-        std::uint8_t* row = pixels_->data() + static_cast<std::size_t>(y) * stride;
+        std::uint8_t* row = frame_->pixels.data() + static_cast<std::size_t>(y) * stride;
         const bool hasPixels = y >= part.y && y < part.y + part.height;
         if (!hasPixels) {
             std::memset(row, 0, stride);
@@ -184,8 +190,8 @@ bool X11ScreenStream::readWithBlackMargins() {
         std::memset(row, 0, left);
         std::memset(row + left + partStride, 0, stride - left - partStride);
     }
-    patches_ = {
-        {{pixels_->data(), picture.width, picture.height, static_cast<std::ptrdiff_t>(stride)}, 0, 0}};
+    frame_->patches = {
+        {{frame_->pixels.data(), picture.width, picture.height, static_cast<std::ptrdiff_t>(stride)}, 0, 0}};
     return true;
 }
 

@@ -2,21 +2,22 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <thread>
 #include <vector>
 
+#include "capture/FrameGrid.h"
 #include "capture/ScreenStream.h"
 #include "media/BgraImage.h"
 #include "platform/x11/X11Connection.h"
-#include "platform/x11/X11ShmSegment.h"
+#include "platform/x11/X11FrameDelivery.h"
 #include "platform/x11/X11SourceDamage.h"
 #include "platform/x11/X11StreamSource.h"
 
 namespace tessaloom {
 
 /// A display or a window of an X server, read through shared memory whenever the DAMAGE extension reports a
-/// change, on a steady grid of at most 60 readings a second that starts with the first frame.
+/// change, on a steady grid of at most 60 readings a second that starts with the first frame. While a frame
+/// is recorded the next ones are read; only when six of them wait is a reading put off.
 class X11ScreenStream final : public ScreenStream {
   public:
     X11ScreenStream(std::unique_ptr<X11Connection> connection, const StreamConfiguration& configuration);
@@ -29,7 +30,7 @@ class X11ScreenStream final : public ScreenStream {
 
   private:
     void run(const std::stop_token& stop);
-    double nextReading(double now);
+    void endByItself(const std::string& reason);
     void waitForEvent() const;
     bool handleEvents();
     void note(X11StreamSource::Change change);
@@ -41,15 +42,15 @@ class X11ScreenStream final : public ScreenStream {
     StreamConfiguration configuration_;
     std::unique_ptr<X11StreamSource> source_;
     std::unique_ptr<X11SourceDamage> damage_;
-    std::unique_ptr<X11ShmSegment> pixels_;
-    FrameHandler onFrame_;
+    std::unique_ptr<X11FrameDelivery> delivery_;
     StopHandler onStopped_;
 
-    bool damaged_ = true;              ///< the server has changes that were not read yet
-    bool gone_ = false;                ///< the source is no more
-    bool readAll_ = true;              ///< the whole picture counts as changed: at the start, after a resize
-    std::optional<double> gridPoint_;  ///< of the next reading
-    std::vector<ScreenPatch> patches_;
+    bool damaged_ = true;  ///< the server has changes that were not read yet
+    bool gone_ = false;    ///< the source is no more
+    bool readAll_ = true;  ///< the whole picture counts as changed: at the start, after a resize
+    FrameGrid grid_;
+    FrameGrid::Change change_ = FrameGrid::Change::hasWaited;
+    std::unique_ptr<X11Frame> frame_;  ///< to be read next
     std::jthread thread_;
 };
 

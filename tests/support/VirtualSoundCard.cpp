@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/VirtualSoundCard.h"
+
+#include <spa/param/audio/format-utils.h>
+
+#include <array>
+#include <cmath>
+
+#include "base/HostClock.h"
+
+namespace tessaloom::test {
+namespace {
+
+constexpr std::uint32_t nominalRate = 48'000;
+constexpr std::uint64_t defaultQuantum = 1024;
+
+}  // namespace
+
+VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string& name, double clockError)
+    : VirtualDevice(socket, {{PW_KEY_MEDIA_CLASS, "Audio/Sink"},
+                             {PW_KEY_NODE_NAME, name},
+                             {PW_KEY_NODE_DESCRIPTION, name + " (test)"},
+                             {PW_KEY_NODE_GROUP, group},
+                             {PW_KEY_PRIORITY_SESSION, "30000"},
+                             {PW_KEY_PRIORITY_DRIVER, "30000"}}),
+      rate_(nominalRate * (1 + clockError)) {
+    timer_ = pw_loop_add_timer(
+        loop(), [](void* data, std::uint64_t) { static_cast<VirtualSoundCard*>(data)->beginCycle(); }, this);
+    std::array<std::uint8_t, 1024> memory{};
+    spa_pod_builder builder{};
+    spa_pod_builder_init(&builder, memory.data(), memory.size());
+    spa_audio_info_raw info{};
+    info.format = SPA_AUDIO_FORMAT_F32;
+    info.rate = nominalRate;
+    info.channels = 2;
+    info.position[0] = SPA_AUDIO_CHANNEL_FL;
+    info.position[1] = SPA_AUDIO_CHANNEL_FR;
+    plugIn(spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
+           static_cast<pw_stream_flags>(PW_STREAM_FLAG_DRIVER | PW_STREAM_FLAG_MAP_BUFFERS |
+                                        PW_STREAM_FLAG_RT_PROCESS),
+           PW_DIRECTION_INPUT);
+}
+
+void VirtualSoundCard::streaming(bool on) {
+    cycle_ = HostClock::seconds();
+    timespec first{0, on ? 1 : 0};
+    timespec once{};
+    pw_loop_update_timer(loop(), timer_, &first, &once, false);
+}
+
+/// As long as the clock says, whatever the timer's delays.
+void VirtualSoundCard::beginCycle() {
+    if (stream() == nullptr || position_ == nullptr) return;
+    spa_io_clock& clock = position_->clock;
+    const std::uint64_t frames = clock.duration > 0 ? clock.duration : defaultQuantum;
+    const double next = cycle_ + 2 * static_cast<double>(frames) / rate_;
+    cycle_ += static_cast<double>(frames) / rate_;
+    clock.nsec = static_cast<std::uint64_t>(std::llround(cycle_ * 1e9));
+    clock.rate = SPA_FRACTION(1, nominalRate);
+    clock.position += frames;
+    clock.duration = frames;
+    clock.delay = 0;
+    clock.rate_diff = rate_ / nominalRate;
+    clock.next_nsec = static_cast<std::uint64_t>(std::llround(next * 1e9));
+    pw_stream_trigger_process(stream());
+    const double seconds = std::floor(next);
+    timespec due{static_cast<time_t>(seconds), std::lround((next - seconds) * 1e9)};
+    timespec once{};
+    pw_loop_update_timer(loop(), timer_, &due, &once, true);
+}
+
+/// What is played is gone.
+void VirtualSoundCard::process() {
+    if (pw_buffer* buffer = pw_stream_dequeue_buffer(stream())) pw_stream_queue_buffer(stream(), buffer);
+}
+
+}  // namespace tessaloom::test
