@@ -69,6 +69,11 @@ void Defaults::setBoolean(const std::string& key, bool value) {
     store(settingsFile_, key, value);
 }
 
+void Defaults::remove(const std::string& key) {
+    QSettings settings(QString::fromStdString(settingsFile_.string()), QSettings::IniFormat);
+    settings.remove(QString::fromStdString(key));
+}
+
 void Defaults::setText(const std::string& key, const std::string& value) {
     store(settingsFile_, key, QString::fromStdString(value));
 }

@@ -22,6 +22,7 @@ class Defaults {
     std::optional<std::string> text(const std::string& key) const;
 
     void setBoolean(const std::string& key, bool value);
+    void remove(const std::string& key);
     void setText(const std::string& key, const std::string& value);
 
     /// "Tessaloom" in the desktop's videos folder, in the temporary directory when there is none. Not

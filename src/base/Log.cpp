@@ -7,6 +7,7 @@ namespace tessaloom::Log {
 
 Q_LOGGING_CATEGORY(recording, "com.tessaloom.app.Recording")
 Q_LOGGING_CATEGORY(screenCapture, "com.tessaloom.app.ScreenCapture")
+Q_LOGGING_CATEGORY(sourcePicker, "com.tessaloom.app.SourcePicker")
 Q_LOGGING_CATEGORY(eventTap, "com.tessaloom.app.EventTap")
 Q_LOGGING_CATEGORY(mic, "com.tessaloom.app.Mic")
 Q_LOGGING_CATEGORY(webcam, "com.tessaloom.app.Webcam")

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QSize>
 #include <memory>
+#include <vector>
 
 #include "capture/DesktopScreen.h"
 #include "capture/InputSources.h"
 #include "capture/ScreenStream.h"
 #include "capture/ShareableContent.h"
+#include "capture/SourcePicker.h"
+#include "capture/ThumbnailSource.h"
 
 namespace tessaloom {
 
@@ -28,6 +32,11 @@ class CapturePlatform {
     virtual std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) = 0;
     virtual std::unique_ptr<PointerSource> makePointerSource() = 0;
     virtual std::unique_ptr<InputEventSource> makeInputEventSource() = 0;
+    /// The desktop's own picker, or ours where it has none. This must outlive it.
+    virtual std::unique_ptr<SourcePicker> makeSourcePicker() = 0;
+    /// Pictures of these, numbered in this order, none wider or higher than `largest` pixels.
+    virtual std::unique_ptr<ThumbnailSource> makeThumbnailSource(const std::vector<ContentFilter>& filters,
+                                                                 QSize largest) = 0;
 };
 
 }  // namespace tessaloom

@@ -9,6 +9,9 @@
 
 namespace tessaloom {
 
+/// An area must be wider and taller than this many points: anything smaller is a slip of the hand.
+constexpr double smallestRegionSide = 8;
+
 /// What the user asked to record, not yet looked up on the screen.
 struct MainDisplaySource {};
 
@@ -28,6 +31,10 @@ struct AppWindowSource {
     std::optional<std::string> title;
 };
 
-using CaptureSource = std::variant<MainDisplaySource, DisplaySource, RegionSource, AppWindowSource>;
+/// A display or window that the user is yet to pick by sight.
+struct PickerSource {};
+
+using CaptureSource =
+    std::variant<MainDisplaySource, DisplaySource, RegionSource, AppWindowSource, PickerSource>;
 
 }  // namespace tessaloom

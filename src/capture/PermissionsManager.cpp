@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/PermissionsManager.h"
 
+#include <QProcess>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -14,6 +15,9 @@ using enum PermissionStatus;
 constexpr std::array readingOrder{screenRecording, microphone, camera, accessibility, speech};
 /// These a program can use as soon as they are granted.
 constexpr std::array immediateOnes{microphone, camera, speech};
+
+/// Tells the program's next instance to go on with the introduction.
+constexpr const char* resumeKey = "resumeOnboarding";
 
 /// Under which it is remembered that the desktop has asked; null where it tells by itself.
 const char* askedKey(Permission permission) {
@@ -73,6 +77,40 @@ QCoro::Task<> PermissionsManager::requestNext() {
             std::ranges::find(immediateOnes, notDetermined, [this](Permission each) { return status(each); });
         if (next != immediateOnes.end()) co_await request(*next);
     }
+}
+
+bool PermissionsManager::openPane(PrivacyPane pane) {
+    return pane != PrivacyPane::none && system_.openPane(pane);
+}
+
+QCoro::Task<bool> PermissionsManager::resetScreenAndAccessibility() {
+    const bool screenIsReset = co_await reset(screenRecording, askedScreenAtLaunch_);
+    const bool inputIsReset = co_await reset(accessibility, askedAccessibilityAtLaunch_);
+    refresh();
+    co_return screenIsReset&& inputIsReset;
+}
+
+/// Nobody has been asked, as far as the desktop knows.
+QCoro::Task<bool> PermissionsManager::reset(Permission permission, bool& askedAtLaunch) {
+    const bool isForgotten = co_await system_.forget(permission);
+    if (isForgotten) {
+        defaults_.remove(askedKey(permission));
+        askedAtLaunch = false;
+    }
+    co_return isForgotten;
+}
+
+std::optional<std::string> PermissionsManager::relaunch(const QString& program) {
+    defaults_.setBoolean(resumeKey, true);
+    QProcess next;
+    next.setProgram(program);
+    if (next.startDetached()) {
+        QCoreApplication::quit();
+        return std::nullopt;
+    }
+    defaults_.remove(resumeKey);
+    return next.errorString().toStdString() +
+           "\n\nQuit and open it again yourself to finish granting permission.";
 }
 
 void PermissionsManager::screenWasLookedAt() {

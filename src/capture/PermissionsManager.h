@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QCoreApplication>
 #include <QCoroTask>
 #include <QObject>
 #include <map>
+#include <optional>
+#include <string>
 
 #include "base/Defaults.h"
 #include "capture/PermissionSystem.h"
@@ -37,6 +40,21 @@ class PermissionsManager : public QObject {
     /// Asks for the next one that is open: first input, then the screen, then microphone, camera and speech.
     QCoro::Task<> requestNext();
 
+    /// Shows the desktop's settings for a permission; false when there is nothing to show.
+    bool openPane(PrivacyPane pane);
+
+    /// Whether permissions would be lost for being run from a temporary place. On no desktop that we run on
+    /// does one hang on where the program lies.
+    static bool isRunningTranslocated() { return false; }
+
+    /// For when the desktop's record has gone bad: has it forget the permissions for the screen and for
+    /// input, which are then open again. True when it has forgotten both.
+    QCoro::Task<bool> resetScreenAndAccessibility();
+
+    /// Starts `program` anew in place of this one, since some permissions come into force only then, and has
+    /// it go on with the introduction. Returns what went wrong, for the user; nothing when all went well.
+    std::optional<std::string> relaunch(const QString& program = QCoreApplication::applicationFilePath());
+
     /// The first look at what is on the screen makes a desktop ask, where it does so at all.
     void screenWasLookedAt();
 
@@ -46,6 +64,7 @@ class PermissionsManager : public QObject {
 
   private:
     PermissionStatus read(Permission permission);
+    QCoro::Task<bool> reset(Permission permission, bool& askedAtLaunch);
     bool wasAsked(Permission permission) const;
     void rememberAsked(Permission permission);
 

@@ -8,13 +8,12 @@
 #include <cmath>
 #include <exception>
 #include <functional>
-#include <stdexcept>
 #include <system_error>
 
-#include "base/BoundedWait.h"
 #include "base/HostClock.h"
 #include "base/Log.h"
 #include "capture/CaptureError.h"
+#include "capture/DeviceOpening.h"
 #include "capture/SourceResolver.h"
 #include "motion/FirstEdit.h"
 
@@ -25,7 +24,6 @@ using namespace std::chrono_literals;
 
 constexpr auto originLimit = 8s;
 constexpr auto cameraStartLimit = 4s;
-constexpr auto deviceOpenLimit = 4s;
 constexpr auto agentLimit = 600s;
 constexpr int leastAgentCountdown = 3;
 constexpr double cursorSamplesPerSecond = 120.0;
@@ -38,32 +36,28 @@ TakeBundle createBundle(const std::filesystem::path& library) {
     return TakeBundle::create(library / TakeBundle::folderName(std::chrono::local_seconds(localTime)));
 }
 
-/// Opens a device on a thread of its own, since the sound server may hang.
-template <typename Device>
-QCoro::Task<std::unique_ptr<Device>> opened(std::function<std::unique_ptr<Device>()> open, WaitClock& clock) {
-    struct Result {
-        std::unique_ptr<Device> device;
-        std::exception_ptr error;
-    };
-    const auto result = std::make_shared<Result>();
-    std::function<void()> work = [open = std::move(open), result] {
-        try {
-            result->device = open();
-        } catch (...) {
-            result->error = std::current_exception();
-        }
-    };
-    const bool inTime = co_await runBounded(std::move(work), deviceOpenLimit, clock);
-    if (!inTime) throw std::runtime_error("The sound server doesn't answer.");
-    if (result->error) std::rethrow_exception(result->error);
-    co_return std::move(result->device);
-}
-
 }  // namespace
 
 void RecordingController::setState(State state) {
     state_ = state;
     Q_EMIT stateChanged(state);
+}
+
+void RecordingController::toggle(RecordingPreferences preferences) {
+    if (state_ == State::idle) {
+        start(MainDisplaySource{}, std::move(preferences), {});
+    } else if (state_ == State::recording) {
+        stop();
+    }
+}
+
+void RecordingController::startPicked(RecordingPreferences preferences) {
+    if (state_ == State::idle) start(PickerSource{}, std::move(preferences), {});
+}
+
+void RecordingController::startRegion(const Rect& area, RecordingPreferences preferences) {
+    const bool isLargeEnough = area.width > smallestRegionSide && area.height > smallestRegionSide;
+    if (state_ == State::idle && isLargeEnough) start(RegionSource{area}, std::move(preferences), {});
 }
 
 QCoro::Task<RecordingController::StartOutcome> RecordingController::start(CaptureSource source,
@@ -74,17 +68,26 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     setState(State::starting);
     warnings_.clear();
     std::optional<std::string> failure;
-    bool wanted = true;
+    auto result = SourceStart::running;
     try {
-        wanted = co_await startSources(std::move(source), std::move(preferences), cancel, by);
+        result = co_await startSources(std::move(source), std::move(preferences), cancel, by);
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    if (cancel.stop_requested() || !wanted) co_return co_await giveUp(by);
+    if (result == SourceStart::nothingPicked) co_return stayIdle(by);
+    if (cancel.stop_requested() || result == SourceStart::givenUp) co_return co_await giveUp(by);
     if (failure) co_return co_await fail(*failure, by);
     setState(State::recording);
     qCInfo(Log::recording, "Recording started → %s", bundle_->url.filename().c_str());
     co_return Started{bundle_->url, warnings_};
+}
+
+/// Nothing was begun yet that would have to be undone; a camera that is warm stays so.
+RecordingController::StartOutcome RecordingController::stayIdle(StartedBy by) {
+    qCInfo(Log::recording, "Source selection cancelled / unavailable");
+    if (by == StartedBy::user) presenter_.showRecordBar();
+    setState(State::idle);
+    return Cancelled{};
 }
 
 QCoro::Task<RecordingController::StartOutcome> RecordingController::giveUp(StartedBy by) {
@@ -105,21 +108,23 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(std::st
 }
 
 /// The order matters: whatever is slow comes before the countdown, and the screen's first frame is the time
-/// zero that everything else is measured against. False when it is given up.
-QCoro::Task<bool> RecordingController::startSources(CaptureSource source, RecordingPreferences preferences,
-                                                    std::stop_token cancel, StartedBy by) {
+/// zero that everything else is measured against.
+QCoro::Task<RecordingController::SourceStart> RecordingController::startSources(
+    CaptureSource source, RecordingPreferences preferences, std::stop_token cancel, StartedBy by) {
     applyPermissions(preferences);
-    const CaptureTarget target = findTarget(source);
+    const auto target = co_await findTarget(std::move(source), cancel);
+    if (!target) co_return SourceStart::nothingPicked;
+    takePreflightPicture(target->filter);
     bundle_ = createBundle(preferences.libraryFolder);
     cameraChoice_ = preferences.camera;
 
     if (preferences.captureMicrophone) {
         const bool wanted = co_await prepareMicrophone(preferences.micDeviceID, by);
-        if (!wanted) co_return false;
+        if (!wanted) co_return SourceStart::givenUp;
     }
-    if (cancel.stop_requested()) co_return false;
+    if (cancel.stop_requested()) co_return SourceStart::givenUp;
     co_await prepareCamera(preferences.captureWebcam, preferences.webcamDeviceID, by);
-    if (cancel.stop_requested()) co_return false;
+    if (cancel.stop_requested()) co_return SourceStart::givenUp;
     // The camera's file begins during the countdown, so that it is really being written before the screen is.
     if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
     if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
@@ -128,17 +133,17 @@ QCoro::Task<bool> RecordingController::startSources(CaptureSource source, Record
     const int countdown = preferences.countdownSeconds;
     co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
                             cancel);
-    if (cancel.stop_requested()) co_return false;
+    if (cancel.stop_requested()) co_return SourceStart::givenUp;
     if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit, clock_, cancel);
-    if (cancel.stop_requested()) co_return false;
+    if (cancel.stop_requested()) co_return SourceStart::givenUp;
 
     if (webcam_ && !platform_.leavesOutOwnWindows()) presenter_.hideCamera();
-    co_await startScreen(target, std::move(systemAudio), cancel);
-    if (cancel.stop_requested()) co_return false;
+    co_await startScreen(*target, std::move(systemAudio), cancel);
+    if (cancel.stop_requested()) co_return SourceStart::givenUp;
     if (!screen_->started()) throw CaptureError::noFrames();
     startInput();
     if (mic_) mic_->arm(screen_->timelineOrigin());
-    co_return true;
+    co_return SourceStart::running;
 }
 
 /// What may not be used is silently off.
@@ -148,15 +153,25 @@ void RecordingController::applyPermissions(RecordingPreferences& preferences) co
     preferences.captureWebcam = preferences.captureWebcam && permissions_.isGranted(camera);
 }
 
-CaptureTarget RecordingController::findTarget(const CaptureSource& source) {
+/// Nothing when the user was to pick and didn't.
+QCoro::Task<std::optional<CaptureTarget>> RecordingController::findTarget(CaptureSource source,
+                                                                          std::stop_token cancel) {
+    if (std::holds_alternative<PickerSource>(source)) {
+        const auto picker = platform_.makeSourcePicker();
+        const Picked picked = co_await picker->pick(cancel);
+        if (!picked.filter) co_return std::nullopt;
+        co_return CaptureTarget{*picked.filter, std::nullopt, std::nullopt};
+    }
     const ShareableContent content = platform_.shareableContent();
     permissions_.screenWasLookedAt();
-    CaptureTarget target = resolveSource(source, content);
+    co_return resolveSource(source, content);
+}
+
+void RecordingController::takePreflightPicture(const ContentFilter& filter) {
     const double before = HostClock::seconds();
-    const bool pictureTaken = platform_.takePreflightPicture(target.filter);
+    const bool pictureTaken = platform_.takePreflightPicture(filter);
     qCInfo(Log::recording, "Capture preflight %s in %ld ms", pictureTaken ? "ok" : "failed",
            std::lround(1000 * (HostClock::seconds() - before)));
-    return target;
 }
 
 QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier, StartedBy by) {
@@ -247,6 +262,10 @@ QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamD
     }
 }
 
+void RecordingController::refreshCameraPreview(const CameraChoice& choice) {
+    if (previewWebcam_ && state_ == State::idle) presenter_.showCamera(*previewWebcam_, choice);
+}
+
 /// Lets go of the camera that was warm before.
 QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> camera) {
     const auto old = std::exchange(previewWebcam_, std::move(camera));
@@ -327,6 +346,7 @@ QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     bundle_->removeEmptyMedia();
     storeLog(log);
     lastBundle_ = bundle_->url;
+    Q_EMIT lastBundleChanged(*lastBundle_);
     tearDown();
     setState(State::idle);
     if (afterwards == Afterwards::openEditor) {

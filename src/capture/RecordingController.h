@@ -70,6 +70,16 @@ class RecordingController : public QObject {
     /// The last finished recording's.
     const std::optional<std::filesystem::path>& lastBundle() const { return lastBundle_; }
 
+    /// These three are a user's, and go on by themselves: stateChanged() tells how. `preferences` are
+    /// RecordingPreferences::stored(), with the options of the place that the start comes from.
+    ///
+    /// Records the main display, or stops what is being recorded; nothing while either is under way.
+    void toggle(RecordingPreferences preferences);
+    /// Records what the user picks by sight; nothing unless idle.
+    void startPicked(RecordingPreferences preferences);
+    /// Records an area in global points; nothing unless idle, or when it isn't wider and taller than 8.
+    void startRegion(const Rect& area, RecordingPreferences preferences);
+
     /// A start that fails leaves its bundle folder, one that is cancelled through `cancel` removes it.
     /// Cancelled is also the answer, with no effect, while another recording is going on.
     /// An agent's countdown is 3 seconds at least, so that a human who watches is warned.
@@ -79,6 +89,8 @@ class RecordingController : public QObject {
     /// Warms the camera up while no recording is going on, or lets it go. A recording that wants the camera
     /// takes over the warm one. A camera that can't be opened is logged, and stays off.
     QCoro::Task<> setCameraPreview(bool on, std::string webcamDeviceID, CameraChoice choice = {});
+    /// Shows the warm camera's picture anew, as it is chosen now; nothing without one, or while recording.
+    void refreshCameraPreview(const CameraChoice& choice);
     bool hasCameraPreview() const { return previewWebcam_ != nullptr; }
 
     /// Does nothing unless a recording is going on. Never loses what was recorded.
@@ -94,21 +106,28 @@ class RecordingController : public QObject {
 
   Q_SIGNALS:
     void stateChanged(tessaloom::RecordingController::State state);
+    /// A recording is finished. Before the state is idle again.
+    void lastBundleChanged(const std::filesystem::path& bundle);
     /// The source went away (a closed window, a lost server) or its file can't be written. The recording goes
     /// on with what it has until it is stopped.
     void sourceEnded(const QString& reason);
 
   private:
+    /// How far the sources' start came.
+    enum class SourceStart { running, nothingPicked, givenUp };
+
     void setState(State state);
-    QCoro::Task<bool> startSources(CaptureSource source, RecordingPreferences preferences,
-                                   std::stop_token cancel, StartedBy by);
+    QCoro::Task<SourceStart> startSources(CaptureSource source, RecordingPreferences preferences,
+                                          std::stop_token cancel, StartedBy by);
     void applyPermissions(RecordingPreferences& preferences) const;
     QCoro::Task<bool> prepareMicrophone(std::string identifier, StartedBy by);
     QCoro::Task<> prepareCamera(bool wanted, std::string identifier, StartedBy by);
     QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
     QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
     QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
-    CaptureTarget findTarget(const CaptureSource& source);
+    QCoro::Task<std::optional<CaptureTarget>> findTarget(CaptureSource source, std::stop_token cancel);
+    void takePreflightPicture(const ContentFilter& filter);
+    StartOutcome stayIdle(StartedBy by);
     QCoro::Task<StartOutcome> giveUp(StartedBy by);
     QCoro::Task<StartOutcome> fail(std::string reason, StartedBy by);
     void limitAgentRecording(const std::filesystem::path& bundle);

@@ -18,13 +18,13 @@ CameraChoice storedCamera(const Defaults& defaults) {
 
 }  // namespace
 
-RecordingPreferences RecordingPreferences::stored(const Defaults& defaults) {
+RecordingPreferences RecordingPreferences::stored(const Defaults& defaults, const RecordingOptions& options) {
     return {.countdownSeconds = defaults.integer("countdownSeconds").value_or(3),
             .libraryFolder = Defaults::libraryFolder(),
             .hideDesktopIcons = defaults.boolean("hideDesktopIcons").value_or(false),
-            .captureMicrophone = defaults.boolean("captureMic").value_or(true),
-            .captureWebcam = defaults.boolean("captureWebcam").value_or(false),
-            .captureSystemAudio = defaults.boolean("captureSystemAudio").value_or(true),
+            .captureMicrophone = defaults.boolean("captureMic").value_or(options.captureMicrophone),
+            .captureWebcam = defaults.boolean("captureWebcam").value_or(options.captureWebcam),
+            .captureSystemAudio = defaults.boolean("captureSystemAudio").value_or(options.captureSystemAudio),
             .micDeviceID = defaults.text("micDeviceID").value_or(std::string()),
             .webcamDeviceID = defaults.text("webcamDeviceID").value_or(std::string()),
             .camera = storedCamera(defaults)};

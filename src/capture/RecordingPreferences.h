@@ -31,7 +31,11 @@ struct RecordingPreferences {
     std::string webcamDeviceID;
     CameraChoice camera;
 
-    static RecordingPreferences stored(const Defaults& defaults);
+    /// Of what is recorded beside the screen, `options` stand where the user never chose.
+    static RecordingPreferences stored(const Defaults& defaults,
+                                       const RecordingOptions& options = {.captureMicrophone = true,
+                                                                          .captureWebcam = false,
+                                                                          .captureSystemAudio = true});
 };
 
 }  // namespace tessaloom

@@ -9,13 +9,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "capture/CaptureSource.h"
 #include "capture/OverlayWindow.h"
 
 namespace tessaloom {
 namespace {
-
-/// Anything smaller is a slip of the hand, not an area.
-constexpr double smallestSide = 8;
 
 /// Qt places screens in pixels, and what is on them in points.
 Rect inGlobalPoints(const Rect& area, const QScreen& screen) {
@@ -29,7 +27,7 @@ Rect inGlobalPoints(const Rect& area, const QScreen& screen) {
 std::optional<Rect> selectedArea(QPointF start, QPointF current) {
     const Rect area{std::min(start.x(), current.x()), std::min(start.y(), current.y()),
                     std::abs(current.x() - start.x()), std::abs(current.y() - start.y())};
-    if (!(area.width > smallestSide && area.height > smallestSide)) return std::nullopt;
+    if (!(area.width > smallestRegionSide && area.height > smallestRegionSide)) return std::nullopt;
     return area;
 }
 

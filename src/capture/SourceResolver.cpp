@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -82,8 +83,7 @@ CaptureTarget resolve(const RegionSource& source, const ShareableContent& conten
 }
 
 bool matches(const ShareableWindow& window, const std::string& app, const std::string& title) {
-    return window.isNormal && !window.isOurOwn && window.frame.width > smallestWindowSide &&
-           window.frame.height > smallestWindowSide &&
+    return isRecordable(window) &&
            (contains(lowercased(window.applicationName), app) || lowercased(window.bundleIdentifier) == app ||
             lowercased(window.desktopID) == app) &&
            contains(lowercased(window.title), title);
@@ -105,7 +105,16 @@ CaptureTarget resolve(const AppWindowSource& source, const ShareableContent& con
     return {{best->id, best->frame, content.pointPixelScale}, std::nullopt, std::nullopt};
 }
 
+CaptureTarget resolve(const PickerSource&, const ShareableContent&) {
+    throw std::invalid_argument("What is to be picked can't be looked up.");
+}
+
 }  // namespace
+
+bool isRecordable(const ShareableWindow& window) {
+    return window.isNormal && !window.isOurOwn && window.frame.width > smallestWindowSide &&
+           window.frame.height > smallestWindowSide;
+}
 
 CaptureTarget resolveSource(const CaptureSource& source, const ShareableContent& content) {
     return std::visit([&](const auto& wanted) { return resolve(wanted, content); }, source);

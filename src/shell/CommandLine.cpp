@@ -27,7 +27,8 @@ struct Command {
 
 constexpr std::array commands = {
     Command{"record", "record the screen",
-            R"(Usage: tessaloom record [--display N | --area X,Y,W,H|select | --window APP [--title TEXT]]
+            R"(Usage: tessaloom record [--display N | --area X,Y,W,H|select | --window APP [--title TEXT]
+                         | --pick]
                         [--microphone|--no-microphone] [--camera|--no-camera]
                         [--system-audio|--no-system-audio] [--countdown S] [--duration S]
 
@@ -39,6 +40,7 @@ Plain typing is never noted.
   --area X,Y,W,H   a part of the screen; --area select to drag it out with the mouse
   --window APP     a window by its application's name, also while others cover it
   --title TEXT     the one of APP's windows whose title contains TEXT
+  --pick           a display or window that you pick from live pictures of them
   --microphone     with the microphone, --no-microphone without (stored choice, else with)
   --camera         with the camera, --no-camera without (stored choice, else without)
   --system-audio   with what the speakers play, --no-system-audio without (stored

@@ -9,9 +9,6 @@
 namespace tessaloom {
 namespace {
 
-/// Anything smaller is a slip of the hand, not an area.
-constexpr double smallestAreaSide = 8;
-
 /// In the place of an area's numbers.
 const QString selectedArea = "select";
 
@@ -24,7 +21,7 @@ Rect parseArea(const QString& text) {
         ok = ok && std::isfinite(values[i]);
     }
     if (!ok) throw UsageError("--area takes four numbers, X,Y,WIDTH,HEIGHT, or the word select.");
-    if (!(values[2] > smallestAreaSide && values[3] > smallestAreaSide)) {
+    if (!(values[2] > smallestRegionSide && values[3] > smallestRegionSide)) {
         throw UsageError("The area must be wider and taller than 8 points.");
     }
     return {values[0], values[1], values[2], values[3]};
@@ -35,11 +32,13 @@ CaptureSource parseSource(const Arguments& arguments) {
     const auto area = arguments.text("area");
     const auto window = arguments.text("window");
     const auto title = arguments.text("title");
-    if (int{display.has_value()} + int{area.has_value()} + int{window.has_value()} > 1) {
-        throw UsageError("Choose one of --display, --area and --window.");
+    const bool picks = arguments.has("pick");
+    if (int{display.has_value()} + int{area.has_value()} + int{window.has_value()} + int{picks} > 1) {
+        throw UsageError("Choose one of --display, --area, --window and --pick.");
     }
     if (title && !window) throw UsageError("--title narrows down --window, which is missing.");
     if (area && *area != selectedArea) return RegionSource{parseArea(*area)};
+    if (picks) return PickerSource{};
     if (display) return DisplaySource{*display};
     if (!window) return MainDisplaySource{};
     if (window->isEmpty()) throw UsageError("--window takes an application's name.");
@@ -65,6 +64,7 @@ RecordArguments RecordArguments::parse(const QStringList& words) {
                                {"area", "X,Y,W,H", {}},
                                {"window", "APP", {}},
                                {"title", "TEXT", {}},
+                               {"pick", {}, {}},
                                {"countdown", "S", {}},
                                {"duration", "S", {}},
                                {"microphone", {}, {}},

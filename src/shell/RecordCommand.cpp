@@ -100,8 +100,11 @@ class RecordRun {
         co_return ExitStatus::done;
     }
 
-    /// Nothing when the user was to select an area and cancelled.
+    /// Nothing when the user was to select an area and cancelled. A pick is left to the recording.
     QCoro::Task<std::optional<CaptureSource>> chosenSource() {
+        if (std::holds_alternative<PickerSource>(arguments_.source) && !windows_) {
+            throw CommandError("There is no screen to pick from. Choose with --display or --window.");
+        }
         if (!arguments_.selectsArea) co_return arguments_.source;
         if (!windows_) {
             throw CommandError("There is no screen to select an area on. Give it as --area X,Y,W,H.");

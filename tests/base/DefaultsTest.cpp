@@ -29,6 +29,16 @@ TEST(Defaults, StoredValuesComeBackInALaterRun) {
     EXPECT_EQ(later.text("webcamShape"), "pill");
 }
 
+TEST(Defaults, ARemovedValueIsAbsent) {
+    const test::TemporaryFolder folder;
+    Defaults defaults(folder.path() / "settings.ini");
+    defaults.setBoolean("first", true);
+    defaults.setBoolean("second", true);
+    defaults.remove("first");
+    EXPECT_EQ(defaults.boolean("first"), std::nullopt);
+    EXPECT_EQ(defaults.boolean("second"), true);
+}
+
 TEST(Defaults, AValueThatIsNoNumberIsNoInteger) {
     const test::TemporaryFolder folder;
     std::ofstream(folder.path() / "settings.ini") << "countdownSeconds=soon\nwebcamSize=0.25\n";

@@ -15,13 +15,17 @@ class NotingPresenter final : public RecordingPresenter {
     std::vector<std::string> told;
     std::vector<int> countdown;  ///< the numbers shown; 0 for being hidden
     std::vector<std::string> shown;
+    std::vector<CameraChoice> choices;  ///< how the camera was shown
     std::vector<std::filesystem::path> opened;
     std::vector<std::string> bar;
     bool goesOn = true;
 
     void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
     void hideCountdown() override { countdown.push_back(0); }
-    void showCamera(WebcamRecorder&, const CameraChoice&) override { shown.emplace_back("camera"); }
+    void showCamera(WebcamRecorder&, const CameraChoice& choice) override {
+        shown.emplace_back("camera");
+        choices.push_back(choice);
+    }
     void hideCamera() override { shown.emplace_back("no camera"); }
     void hideDesktopIcons() override { shown.emplace_back("no icons"); }
     void restoreDesktopIcons() override { shown.emplace_back("icons"); }

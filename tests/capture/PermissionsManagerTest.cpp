@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <fstream>
+#include <optional>
+#include <thread>
+
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -16,6 +21,8 @@ class CarefulDesktop final : public PermissionSystem {
   public:
     std::map<Permission, Status> answers;
     std::vector<Permission> asked;
+    std::vector<PrivacyPane> opened;
+    std::optional<Permission> remembers;  ///< can't be made to forget this one
 
     Status status(Permission permission) override {
         const auto answer = answers.find(permission);
@@ -25,6 +32,11 @@ class CarefulDesktop final : public PermissionSystem {
         asked.push_back(permission);
         co_return;
     }
+    bool openPane(PrivacyPane pane) override {
+        opened.push_back(pane);
+        return true;
+    }
+    QCoro::Task<bool> forget(Permission permission) override { co_return permission != remembers; }
 };
 
 class Permissions : public ::testing::Test {
@@ -134,6 +146,69 @@ TEST_F(Permissions, AreReadAnewAfterEachRequest) {
     QCoro::waitFor(manager.request(camera));
     EXPECT_EQ(readings, 1);
     EXPECT_TRUE(manager.isGranted(camera));
+}
+
+TEST_F(Permissions, EachPaneIsOpenedButForNone) {
+    PermissionsManager manager(defaults, desktop);
+    for (const PrivacyPane pane : {PrivacyPane::camera, PrivacyPane::microphone, PrivacyPane::screenCapture,
+                                   PrivacyPane::accessibility})
+        EXPECT_TRUE(manager.openPane(pane));
+    EXPECT_FALSE(manager.openPane(PrivacyPane::none));
+    EXPECT_EQ(desktop.opened, (std::vector{PrivacyPane::camera, PrivacyPane::microphone,
+                                           PrivacyPane::screenCapture, PrivacyPane::accessibility}));
+}
+
+TEST_F(Permissions, NobodyIsSentToAPaneThatIsNotThere) {
+    UnrestrictedDesktop unrestricted;
+    PermissionsManager manager(defaults, unrestricted);
+    EXPECT_FALSE(manager.openPane(PrivacyPane::camera));
+}
+
+TEST_F(Permissions, AfterAResetScreenAndInputAreOpenAgain) {
+    defaults.setBoolean("askedScreenRecording", true);
+    defaults.setBoolean("askedAccessibility", true);
+    PermissionsManager manager(defaults, desktop);
+    EXPECT_EQ(manager.status(screenRecording), Status::denied);
+    EXPECT_EQ(manager.status(accessibility), Status::denied);
+    EXPECT_TRUE(QCoro::waitFor(manager.resetScreenAndAccessibility()));
+    EXPECT_EQ(defaults.boolean("askedScreenRecording"), std::nullopt);
+    EXPECT_EQ(defaults.boolean("askedAccessibility"), std::nullopt);
+    EXPECT_EQ(manager.status(screenRecording), Status::notDetermined);
+    EXPECT_EQ(manager.status(accessibility), Status::notDetermined);
+}
+
+TEST_F(Permissions, WhatTheDesktopDoesNotForgetStaysAsItIs) {
+    defaults.setBoolean("askedScreenRecording", true);
+    defaults.setBoolean("askedAccessibility", true);
+    desktop.remembers = screenRecording;
+    PermissionsManager manager(defaults, desktop);
+    EXPECT_FALSE(QCoro::waitFor(manager.resetScreenAndAccessibility()));
+    EXPECT_EQ(defaults.boolean("askedScreenRecording"), true);
+    EXPECT_EQ(manager.status(screenRecording), Status::denied);
+    EXPECT_EQ(manager.status(accessibility), Status::notDetermined);
+}
+
+TEST_F(Permissions, ARelaunchStartsTheProgramAndGoesOnWithTheIntroduction) {
+    const auto started = folder.path() / "started";
+    const auto program = folder.path() / "program";
+    std::ofstream(program) << "#!/bin/sh\ntouch " << started << "\n";
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    PermissionsManager manager(defaults, desktop);
+    EXPECT_EQ(manager.relaunch(QString::fromStdString(program)), std::nullopt);
+    EXPECT_EQ(defaults.boolean("resumeOnboarding"), true);
+    for (int round = 0; round < 1000 && !std::filesystem::exists(started); ++round)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(std::filesystem::exists(started));
+}
+
+TEST_F(Permissions, AFailedRelaunchSaysWhatToDo) {
+    PermissionsManager manager(defaults, desktop);
+    const auto failure = manager.relaunch(QString::fromStdString(folder.path() / "nothing"));
+    ASSERT_TRUE(failure);
+    EXPECT_TRUE(failure->ends_with("\n\nQuit and open it again yourself to finish granting permission."))
+        << *failure;
+    EXPECT_FALSE(failure->starts_with("\n")) << "the reason is missing";
+    EXPECT_EQ(defaults.boolean("resumeOnboarding"), std::nullopt);
 }
 
 }  // namespace

@@ -10,11 +10,12 @@
 namespace tessaloom {
 namespace {
 
-RecordingPreferences preferencesIn(const std::string& settings) {
+template <typename... Options>
+RecordingPreferences preferencesIn(const std::string& settings, const Options&... options) {
     const test::TemporaryFolder folder;
     const auto file = folder.path() / "settings.ini";
     std::ofstream(file) << "[General]\n" << settings;
-    return RecordingPreferences::stored(Defaults(file));
+    return RecordingPreferences::stored(Defaults(file), options...);
 }
 
 TEST(RecordingPreferences, NothingStoredRecordsSoundAndNoCamera) {
@@ -43,6 +44,20 @@ TEST(RecordingPreferences, WhatIsStoredHolds) {
     EXPECT_EQ(preferences.camera.shape, WebcamConfig::Shape::rectangle);
     EXPECT_EQ(preferences.camera.relativeSize, 0.35);
     EXPECT_TRUE(preferences.camera.mirrored);
+}
+
+TEST(RecordingPreferences, OptionsStandOnlyWhereNothingIsStored) {
+    const RecordingOptions options{
+        .captureMicrophone = false, .captureWebcam = true, .captureSystemAudio = false};
+    const auto without = preferencesIn("", options);
+    EXPECT_FALSE(without.captureMicrophone);
+    EXPECT_TRUE(without.captureWebcam);
+    EXPECT_FALSE(without.captureSystemAudio);
+    const auto with =
+        preferencesIn("captureMic=true\ncaptureWebcam=false\ncaptureSystemAudio=true\n", options);
+    EXPECT_TRUE(with.captureMicrophone);
+    EXPECT_FALSE(with.captureWebcam);
+    EXPECT_TRUE(with.captureSystemAudio);
 }
 
 TEST(RecordingPreferences, ACameraChoiceThatMakesNoSenseIsTheUsualOne) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <future>
+#include <optional>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -87,6 +89,47 @@ class ScriptedInput final : public InputEventSource {
     std::string key_;
 };
 
+/// Notes what it is to show, and hands on the pictures that a test delivers.
+struct ScriptedThumbnails final : ThumbnailSource {
+    struct Script {
+        std::vector<ContentFilter> filters;
+        QSize largest;
+        Handler handler;  ///< while it runs
+        bool refuses = false;
+    };
+
+    explicit ScriptedThumbnails(Script& script) : script_(script) {}
+    ~ScriptedThumbnails() override { ScriptedThumbnails::stop(); }
+    ScriptedThumbnails(const ScriptedThumbnails&) = delete;
+    ScriptedThumbnails& operator=(const ScriptedThumbnails&) = delete;
+
+    void start(Handler handler) override {
+        if (script_.refuses) throw std::runtime_error("The script refuses.");
+        script_.handler = std::move(handler);
+    }
+    void stop() override { script_.handler = nullptr; }
+
+  private:
+    Script& script_;
+};
+
+/// Answers at once.
+struct ScriptedPicker final : SourcePicker {
+    struct Script {
+        std::optional<ContentFilter> answer;
+        int asked = 0;
+    };
+
+    explicit ScriptedPicker(Script& script) : script_(script) {}
+    QCoro::Task<Picked> pick(std::stop_token) override {
+        ++script_.asked;
+        co_return Picked{script_.answer};
+    }
+
+  private:
+    Script& script_;
+};
+
 /// One small display whose sources follow a script.
 struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
@@ -99,8 +142,11 @@ struct ScriptedPlatform final : CapturePlatform {
     std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
     std::vector<Rect> preflights;
+    std::vector<ShareableWindow> windows;
+    ScriptedPicker::Script picker;
+    ScriptedThumbnails::Script thumbnails;
 
-    ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, {}, 1.0}; }
+    ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     bool takePreflightPicture(const ContentFilter& filter) override {
@@ -116,6 +162,15 @@ struct ScriptedPlatform final : CapturePlatform {
     }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
         return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
+    }
+    std::unique_ptr<SourcePicker> makeSourcePicker() override {
+        return std::make_unique<ScriptedPicker>(picker);
+    }
+    std::unique_ptr<ThumbnailSource> makeThumbnailSource(const std::vector<ContentFilter>& filters,
+                                                         QSize largest) override {
+        thumbnails.filters = filters;
+        thumbnails.largest = largest;
+        return std::make_unique<ScriptedThumbnails>(thumbnails);
     }
 };
 

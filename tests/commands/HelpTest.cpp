@@ -10,7 +10,7 @@ struct CommandHelp {
 };
 
 const std::vector<CommandHelp> commandHelps{
-    {"record", {"--display", "--area", "--window", "--title", "--countdown", "--duration"}},
+    {"record", {"--display", "--area", "--window", "--title", "--pick", "--countdown", "--duration"}},
     {"export", {"-o", "--format", "--resolution", "--shape", "--quality", "--fps", "--loop"}},
     {"frame", {"--at", "--size", "-o"}},
     {"list", {"--json"}},

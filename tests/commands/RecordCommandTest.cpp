@@ -18,6 +18,7 @@ TEST_F(RecordCommandTest, WithoutADisplayItFailsAtOnceAndLeavesNothing) {
     environment_.erase("DISPLAY");
     expectRefused(run({"record"}), 1, "No display available to capture.");
     expectRefused(run({"record", "--area", "select"}), 1, "There is no screen to select an area on.");
+    expectRefused(run({"record", "--pick"}), 1, "There is no screen to pick from.");
     EXPECT_TRUE(namesIn(library()).empty());
 }
 

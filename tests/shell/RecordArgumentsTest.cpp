@@ -47,7 +47,11 @@ TEST(RecordArgumentsTest, AnAreaMayBeLeftToTheMouse) {
     EXPECT_FALSE(RecordArguments::parse({"--area", "0,0,300,200"}).selectsArea);
     EXPECT_FALSE(RecordArguments::parse({}).selectsArea);
     EXPECT_EQ(errorOf({"--area", "select", "--display", "0"}),
-              "Choose one of --display, --area and --window.");
+              "Choose one of --display, --area, --window and --pick.");
+}
+
+TEST(RecordArgumentsTest, TheSourceMayBePickedBySight) {
+    EXPECT_TRUE(std::holds_alternative<PickerSource>(RecordArguments::parse({"--pick"}).source));
 }
 
 TEST(RecordArgumentsTest, TimesAreSeconds) {
@@ -57,10 +61,11 @@ TEST(RecordArgumentsTest, TimesAreSeconds) {
 }
 
 TEST(RecordArgumentsTest, OnlyOneSourceCanBeChosen) {
-    const std::string message = "Choose one of --display, --area and --window.";
+    const std::string message = "Choose one of --display, --area, --window and --pick.";
     EXPECT_EQ(errorOf({"--display", "0", "--window", "firefox"}), message);
     EXPECT_EQ(errorOf({"--display", "0", "--area", "0,0,100,100"}), message);
     EXPECT_EQ(errorOf({"--area", "0,0,100,100", "--window", "firefox"}), message);
+    EXPECT_EQ(errorOf({"--pick", "--area", "select"}), message);
 }
 
 TEST(RecordArgumentsTest, ATitleNeedsAWindow) {

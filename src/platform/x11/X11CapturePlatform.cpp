@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "capture/CaptureError.h"
+#include "capture/SourceChooser.h"
 #include "platform/desktop/DesktopWallpaper.h"
 #include "platform/x11/X11BeneathWindows.h"
 #include "platform/x11/X11Connection.h"
@@ -12,6 +13,7 @@
 #include "platform/x11/X11Reply.h"
 #include "platform/x11/X11ScreenStream.h"
 #include "platform/x11/X11ShareableContent.h"
+#include "platform/x11/X11Thumbnails.h"
 #include "platform/x11/X11Wallpaper.h"
 
 namespace tessaloom {
@@ -77,6 +79,15 @@ std::unique_ptr<PointerSource> X11CapturePlatform::makePointerSource() {
 
 std::unique_ptr<InputEventSource> X11CapturePlatform::makeInputEventSource() {
     return std::make_unique<X11InputSource>(X11Connection::open());
+}
+
+std::unique_ptr<SourcePicker> X11CapturePlatform::makeSourcePicker() {
+    return std::make_unique<SourceChooser>(*this);
+}
+
+std::unique_ptr<ThumbnailSource> X11CapturePlatform::makeThumbnailSource(
+    const std::vector<ContentFilter>& filters, QSize largest) {
+    return std::make_unique<X11Thumbnails>(X11Connection::open(), filters, largest);
 }
 
 }  // namespace tessaloom

@@ -18,6 +18,9 @@ class X11CapturePlatform final : public CapturePlatform {
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;
     std::unique_ptr<InputEventSource> makeInputEventSource() override;
+    std::unique_ptr<SourcePicker> makeSourcePicker() override;
+    std::unique_ptr<ThumbnailSource> makeThumbnailSource(const std::vector<ContentFilter>& filters,
+                                                         QSize largest) override;
 };
 
 }  // namespace tessaloom

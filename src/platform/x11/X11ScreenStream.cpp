@@ -2,13 +2,10 @@
 #include "platform/x11/X11ScreenStream.h"
 
 #include <poll.h>
-#include <xcb/damage.h>
-#include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -37,29 +34,6 @@ bool isInside(const PixelRect& inner, const PixelRect& outer) {
 
 }  // namespace
 
-/// The server's record of what was drawn since it was last asked.
-struct X11ScreenStream::Damage {
-    Damage(const X11Connection& xConnection, xcb_window_t window)
-        : connection(xConnection),
-          firstEvent(xConnection.requireExtension(&xcb_damage_id, "DAMAGE").first_event),
-          damage(xcb_generate_id(xConnection)),
-          region(xcb_generate_id(xConnection)) {
-        xConnection.requireExtension(&xcb_xfixes_id, "XFIXES");
-        // The server answers requests of an extension only after its version was asked for.
-        const X11Reply<xcb_damage_query_version_reply_t> damageVersion(
-            xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1), nullptr));
-        const X11Reply<xcb_xfixes_query_version_reply_t> fixesVersion(
-            xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
-        xcb_damage_create(connection, damage, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
-        xcb_xfixes_create_region(connection, region, 0, nullptr);
-    }
-
-    const X11Connection& connection;
-    std::uint8_t firstEvent;
-    xcb_damage_damage_t damage;
-    xcb_xfixes_region_t region;
-};
-
 X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
                                  const StreamConfiguration& configuration)
     : connection_(std::move(connection)),
@@ -76,7 +50,7 @@ void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
         throw std::runtime_error("The screen doesn't have 24 bits of colour, which recording needs.");
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
     source_ = X11StreamSource::open(*connection_, configuration_);
-    damage_ = std::make_unique<Damage>(*connection_, source_->damagedWindow());
+    damage_ = std::make_unique<X11SourceDamage>(*connection_, source_->damagedWindow());
     delivery_ = std::make_unique<X11FrameDelivery>(*connection_, byteCount(wholePicture(configuration_)),
                                                    std::move(onFrame));
     connection_->requireServer();
@@ -133,7 +107,7 @@ void X11ScreenStream::waitForEvent() const {
 
 bool X11ScreenStream::handleEvents() {
     while (const auto event = connection_->pollEvent()) {
-        if ((event->response_type & 0x7F) == damage_->firstEvent + XCB_DAMAGE_NOTIFY) damaged_ = true;
+        if (damage_->isDamageEvent(*event)) damaged_ = true;
         note(source_->handle(*event));
     }
     note(source_->afterEvents());
@@ -150,7 +124,7 @@ void X11ScreenStream::note(X11StreamSource::Change change) {
 void X11ScreenStream::readDamage(double hostTime) {
     damaged_ = false;
     const bool all = readAll_;
-    const std::vector<PixelRect> damage = takeDamage();
+    const std::vector<PixelRect> damage = damage_->take(*source_);
     const PixelRect picture = wholePicture(configuration_);
     const std::vector<PixelRect> rects =
         all ? std::vector{picture} : rectanglesToRead(damage, picture.width, picture.height);
@@ -173,24 +147,6 @@ void X11ScreenStream::readDamage(double hostTime) {
     delivery_->deliver(std::move(frame_));
 }
 
-std::vector<PixelRect> X11ScreenStream::takeDamage() {
-    xcb_damage_subtract(*connection_, damage_->damage, XCB_NONE, damage_->region);
-    const auto cookie = xcb_xfixes_fetch_region(*connection_, damage_->region);
-    const X11Reply<xcb_xfixes_fetch_region_reply_t> reply(
-        xcb_xfixes_fetch_region_reply(*connection_, cookie, nullptr));
-    std::vector<PixelRect> rects;
-    if (!reply) return rects;
-    const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
-    const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
-    for (const xcb_rectangle_t* rect = first; rect != first + count; ++rect) {
-        rects.push_back({rect->x - source_->damageOriginX(), rect->y - source_->damageOriginY(), rect->width,
-                         rect->height});
-    }
-    rects = source_->changedBy(std::move(rects));
-    std::ranges::copy(source_->takeHiddenDamage(), std::back_inserter(rects));
-    return rects;
-}
-
 /// All requests go out before the first answer is awaited.
 bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
     frame_->patches.clear();
@@ -198,11 +154,9 @@ bool X11ScreenStream::readPixels(const std::vector<PixelRect>& rects) {
     std::vector<xcb_shm_get_image_cookie_t> cookies;
     std::size_t offset = 0;
     for (const PixelRect& rect : rects) {
-        cookies.push_back(xcb_shm_get_image(
-            *connection_, source_->drawable(), static_cast<std::int16_t>(source_->originX() + rect.x),
-            static_cast<std::int16_t>(source_->originY() + rect.y), static_cast<std::uint16_t>(rect.width),
-            static_cast<std::uint16_t>(rect.height), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, frame_->pixels.id(),
-            static_cast<std::uint32_t>(offset)));
+        const PixelRect place{source_->originX() + rect.x, source_->originY() + rect.y, rect.width,
+                              rect.height};
+        cookies.push_back(frame_->pixels.requestImage(source_->drawable(), place, offset));
         const auto stride =
             static_cast<std::ptrdiff_t>(rect.width) * static_cast<std::ptrdiff_t>(bytesPerPixel);
         frame_->patches.push_back(

@@ -10,6 +10,7 @@
 #include "media/BgraImage.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11FrameDelivery.h"
+#include "platform/x11/X11SourceDamage.h"
 #include "platform/x11/X11StreamSource.h"
 
 namespace tessaloom {
@@ -28,22 +29,19 @@ class X11ScreenStream final : public ScreenStream {
     void stop() override;
 
   private:
-    struct Damage;
-
     void run(const std::stop_token& stop);
     void endByItself(const std::string& reason);
     void waitForEvent() const;
     bool handleEvents();
     void note(X11StreamSource::Change change);
     void readDamage(double hostTime);
-    std::vector<PixelRect> takeDamage();
     bool readPixels(const std::vector<PixelRect>& rects);
     bool readWithBlackMargins();
 
     std::unique_ptr<X11Connection> connection_;
     StreamConfiguration configuration_;
     std::unique_ptr<X11StreamSource> source_;
-    std::unique_ptr<Damage> damage_;
+    std::unique_ptr<X11SourceDamage> damage_;
     std::unique_ptr<X11FrameDelivery> delivery_;
     StopHandler onStopped_;
 

@@ -37,6 +37,14 @@ X11ShmSegment::X11ShmSegment(const X11Connection& connection, std::size_t size)
     data_ = static_cast<std::uint8_t*>(memory);
 }
 
+xcb_shm_get_image_cookie_t X11ShmSegment::requestImage(xcb_drawable_t drawable, const PixelRect& place,
+                                                       std::size_t offset) const {
+    return xcb_shm_get_image(connection_, drawable, static_cast<std::int16_t>(place.x),
+                             static_cast<std::int16_t>(place.y), static_cast<std::uint16_t>(place.width),
+                             static_cast<std::uint16_t>(place.height), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, id_,
+                             static_cast<std::uint32_t>(offset));
+}
+
 X11ShmSegment::~X11ShmSegment() {
     xcb_shm_detach(connection_, id_);
     connection_.flush();

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "media/PixelRect.h"
 #include "platform/x11/X11Connection.h"
 
 namespace tessaloom {
@@ -24,6 +25,11 @@ class X11ShmSegment {
     xcb_shm_seg_t id() const { return id_; }
     std::uint8_t* data() const { return data_; }
     std::size_t size() const { return size_; }
+
+    /// Has the server write pixels from this place of a drawable at `offset`, four bytes each, rows without
+    /// gaps. They are there when the answer is.
+    xcb_shm_get_image_cookie_t requestImage(xcb_drawable_t drawable, const PixelRect& place,
+                                            std::size_t offset) const;
 
   private:
     const X11Connection& connection_;
