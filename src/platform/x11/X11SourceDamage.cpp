@@ -42,8 +42,8 @@ std::vector<PixelRect> X11SourceDamage::take(X11StreamSource& source) const {
     const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
     const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
     for (const xcb_rectangle_t* rect = first; rect != first + count; ++rect) {
-        rects.push_back({rect->x - source.damageOriginX(), rect->y - source.damageOriginY(), rect->width,
-                         rect->height});
+        rects.push_back(
+            {rect->x - source.damageOriginX(), rect->y - source.damageOriginY(), rect->width, rect->height});
     }
     rects = source.changedBy(std::move(rects));
     std::ranges::copy(source.takeHiddenDamage(), std::back_inserter(rects));
