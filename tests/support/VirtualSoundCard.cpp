@@ -16,14 +16,14 @@ constexpr std::uint64_t defaultQuantum = 1024;
 
 }  // namespace
 
-VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string& name, double clockError)
+VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string& name, const Traits& traits)
     : VirtualDevice(socket, {{PW_KEY_MEDIA_CLASS, "Audio/Sink"},
                              {PW_KEY_NODE_NAME, name},
                              {PW_KEY_NODE_DESCRIPTION, name + " (test)"},
                              {PW_KEY_NODE_GROUP, group},
-                             {PW_KEY_PRIORITY_SESSION, "30000"},
-                             {PW_KEY_PRIORITY_DRIVER, "30000"}}),
-      rate_(nominalRate * (1 + clockError)) {
+                             {PW_KEY_PRIORITY_SESSION, traits.hasDefaultSpeakers ? "30000" : "100"},
+                             {PW_KEY_PRIORITY_DRIVER, std::to_string(traits.clockPriority)}}),
+      rate_(nominalRate * (1 + traits.clockError)) {
     timer_ = pw_loop_add_timer(
         loop(), [](void* data, std::uint64_t) { static_cast<VirtualSoundCard*>(data)->beginCycle(); }, this);
     std::array<std::uint8_t, 1024> memory{};
@@ -35,7 +35,8 @@ VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string&
     info.channels = 2;
     info.position[0] = SPA_AUDIO_CHANNEL_FL;
     info.position[1] = SPA_AUDIO_CHANNEL_FR;
-    plugIn(spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
+    plugIn({spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
+            latency(builder, SPA_DIRECTION_INPUT, traits.latency)},
            static_cast<pw_stream_flags>(PW_STREAM_FLAG_DRIVER | PW_STREAM_FLAG_MAP_BUFFERS |
                                         PW_STREAM_FLAG_RT_PROCESS),
            PW_DIRECTION_INPUT);
@@ -48,9 +49,10 @@ void VirtualSoundCard::streaming(bool on) {
     pw_loop_update_timer(loop(), timer_, &first, &once, false);
 }
 
-/// As long as the clock says, whatever the timer's delays.
+/// While another card sets the pace, this one has nothing to begin. As long as the clock says, whatever the
+/// timer's delays.
 void VirtualSoundCard::beginCycle() {
-    if (stream() == nullptr || position_ == nullptr) return;
+    if (stream() == nullptr || position_ == nullptr || !pw_stream_is_driving(stream())) return;
     spa_io_clock& clock = position_->clock;
     const std::uint64_t frames = clock.duration > 0 ? clock.duration : defaultQuantum;
     const double next = cycle_ + 2 * static_cast<double>(frames) / rate_;

@@ -8,15 +8,21 @@
 
 namespace tessaloom::test {
 
-/// A sound card whose clock runs fast. Its speakers are the default ones; what else is in its group, as a
-/// microphone, goes by the same clock.
+/// A sound card, or one of several in a group: all that is in it, as a microphone, goes by the same clock,
+/// that of the card with the highest priority.
 class VirtualSoundCard final : public VirtualDevice {
   public:
     static constexpr auto group = "test.sound-card";
 
-    /// `name` is the speakers' node. `clockError` is the clock's, 300e-6 for 300 parts in a million fast.
-    /// Throws std::runtime_error without a server.
-    VirtualSoundCard(const std::string& socket, const std::string& name, double clockError);
+    struct Traits {
+        double clockError = 0;  ///< 300e-6 for 300 parts in a million fast
+        bool hasDefaultSpeakers = true;
+        int clockPriority = 30'000;
+        float latency = 0;  ///< in cycles, from a cycle's start to its sound's, as it tells
+    };
+
+    /// `name` is the speakers' node. Throws std::runtime_error without a server.
+    VirtualSoundCard(const std::string& socket, const std::string& name, const Traits& traits);
     ~VirtualSoundCard() override { unplug(); }
 
   private:

@@ -48,7 +48,7 @@ constexpr double longestPart = 15;   ///< of the take, in which sound and pictur
 /// camera.
 struct Desk {
     explicit Desk(const SoakOptions& options)
-        : card(sound.socket(), "soak_speakers", options.clockError),
+        : card(sound.socket(), "soak_speakers", {.clockError = options.clockError}),
           scene({options.scene, "--full-screen", "--busy", "--log", sceneLog().string()},
                 desktop.environment()) {
         if (options.camera)
