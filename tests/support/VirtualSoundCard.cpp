@@ -3,8 +3,10 @@
 
 #include <spa/param/audio/format-utils.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "base/HostClock.h"
 
@@ -13,6 +15,9 @@ namespace {
 
 constexpr std::uint32_t nominalRate = 48'000;
 constexpr std::uint64_t defaultQuantum = 1024;
+constexpr std::uint32_t channels = 2;
+constexpr float beepLevel = 0.15F;
+constexpr double silenceBetweenBeeps = 0.5;
 
 }  // namespace
 
@@ -23,6 +28,7 @@ VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string&
                              {PW_KEY_NODE_GROUP, group},
                              {PW_KEY_PRIORITY_SESSION, traits.hasDefaultSpeakers ? "30000" : "100"},
                              {PW_KEY_PRIORITY_DRIVER, std::to_string(traits.clockPriority)}}),
+      latency_(traits.latency),
       rate_(nominalRate * (1 + traits.clockError)) {
     timer_ = pw_loop_add_timer(
         loop(), [](void* data, std::uint64_t) { static_cast<VirtualSoundCard*>(data)->beginCycle(); }, this);
@@ -32,7 +38,7 @@ VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string&
     spa_audio_info_raw info{};
     info.format = SPA_AUDIO_FORMAT_F32;
     info.rate = nominalRate;
-    info.channels = 2;
+    info.channels = channels;
     info.position[0] = SPA_AUDIO_CHANNEL_FL;
     info.position[1] = SPA_AUDIO_CHANNEL_FR;
     plugIn({spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
@@ -71,9 +77,35 @@ void VirtualSoundCard::beginCycle() {
     pw_loop_update_timer(loop(), timer_, &due, &once, true);
 }
 
-/// What is played is gone.
 void VirtualSoundCard::process() {
-    if (pw_buffer* buffer = pw_stream_dequeue_buffer(stream())) pw_stream_queue_buffer(stream(), buffer);
+    pw_buffer* buffer = pw_stream_dequeue_buffer(stream());
+    if (buffer == nullptr) return;
+    const spa_data& data = buffer->buffer->datas[0];
+    pw_time time{};
+    pw_stream_get_time_n(stream(), &time, sizeof time);
+    const std::size_t count = data.chunk->size / sizeof(float);
+    const double start =
+        static_cast<double>(time.now) * 1e-9 + latency_ * static_cast<double>(count / channels) / rate_;
+    play({static_cast<const float*>(data.data), count}, start);
+    pw_stream_queue_buffer(stream(), buffer);
+}
+
+/// Both channels, from a HostClock time on.
+void VirtualSoundCard::play(std::span<const float> samples, double start) {
+    const auto isLoud = [](float sample) { return std::abs(sample) > beepLevel; };
+    const auto loud = std::ranges::find_if(samples, isLoud);
+    if (loud == samples.end()) return;
+    const auto frame = static_cast<std::size_t>(loud - samples.begin()) / channels;
+    const double time = start + static_cast<double>(frame) / rate_;
+    const double before = std::exchange(lastLoud_, time);
+    if (time < before + silenceBetweenBeeps) return;
+    const std::lock_guard guard(lock_);
+    beeps_.push_back(time);
+}
+
+std::vector<double> VirtualSoundCard::beepsPlayed() const {
+    const std::lock_guard guard(lock_);
+    return beeps_;
 }
 
 }  // namespace tessaloom::test

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "support/VirtualDevice.h"
 
@@ -25,16 +28,25 @@ class VirtualSoundCard final : public VirtualDevice {
     VirtualSoundCard(const std::string& socket, const std::string& name, const Traits& traits);
     ~VirtualSoundCard() override { unplug(); }
 
+    /// When the speakers began to beep, in HostClock seconds: a player that was held up is heard late, or not
+    /// at all.
+    std::vector<double> beepsPlayed() const;
+
   private:
     void process() override;
     void streaming(bool on) override;
     void positionShared(spa_io_position* position) override { position_ = position; }
     void beginCycle();
+    void play(std::span<const float> samples, double start);
 
+    double latency_;                       ///< cycles
     double rate_;                          ///< samples in a second of HostClock
     spa_source* timer_ = nullptr;          ///< the loop's
     spa_io_position* position_ = nullptr;  ///< the server's, which the driver of its cycles fills in
     double cycle_ = 0;                     ///< HostClock seconds at which the present one began
+    double lastLoud_ = 0;                  ///< HostClock seconds
+    mutable std::mutex lock_;
+    std::vector<double> beeps_;
 };
 
 }  // namespace tessaloom::test

@@ -234,6 +234,7 @@ int run(const SoakOptions& options) {
     performance.playFor(options.seconds);
     std::printf("stop after %.0f s: %.0f ms\n", options.seconds, 1000 * take.stop());
     printComplaints(take.messages());
+    performance.happened.beepsPlayed = desk.card.beepsPlayed();
 
     const TakeBundle bundle = RecordingLibrary(desk.folder.path()).recentBundles(1).front();
     const auto movie = bundle.file(TakeBundle::screenFile);
