@@ -211,6 +211,10 @@ struct Roles {
     double clockError;    ///< of the card that sets the pace
 };
 
+void PrintTo(const Roles& roles, std::ostream* stream) {
+    *stream << roles.name;
+}
+
 class PipeWireSoundOfRoles : public PipeWireSound, public ::testing::WithParamInterface<Roles> {};
 
 TEST_P(PipeWireSoundOfRoles, BeepsAreHeardWhenTheyHappen) {
