@@ -39,15 +39,34 @@ void LiveMovie::append(std::span<const ScreenPatch> patches, double time) {
     for (const ScreenPatch& patch : patches)
         bgraToYuv(patch.pixels, picture_, patch.x, patch.y);
     if (!origin_) begin(time);
+    writeSound();
     encode(time);
+    writeSound();
     if (!playable_) flush();
 }
 
 void LiveMovie::appendSound(const SoundChunk& chunk) {
-    const std::lock_guard guard(lock_);
+    {
+        const std::lock_guard guard(waitingLock_);
+        waiting_.push_back({chunk.hostTime, {chunk.samples.begin(), chunk.samples.end()}});
+    }
+    // On a busy machine the next picture is encoded as soon as one is done, and the sound server loses what
+    // nobody takes from it.
+    const std::unique_lock guard(lock_, std::try_to_lock);
+    if (!guard) return;
+    writeSound();
+    if (sound_ && !playable_) flush();
+}
+
+void LiveMovie::writeSound() {
+    std::vector<WaitingSound> chunks;
+    {
+        const std::lock_guard guard(waitingLock_);
+        chunks.swap(waiting_);
+    }
     if (!sound_) return;
-    sound_->append(chunk);
-    if (!playable_) flush();
+    for (const auto& [hostTime, samples] : chunks)
+        sound_->append({.hostTime = hostTime, .samples = samples});
 }
 
 void LiveMovie::finish(double endTime) {
@@ -57,6 +76,7 @@ void LiveMovie::finish(double endTime) {
     const double lastFrame = endTime - frameDuration;
     // Two frames must not fall on one tick of the movie's clock.
     if (origin_ && lastFrame > lastTime_ + shortestStep) encode(lastFrame);
+    writeSound();
     if (sound_) sound_->padTo(endTime);
     writer_->finish();
 }
@@ -96,6 +116,7 @@ bool LiveMovie::flushRegularly() {
 /// With silence up to this time where there is no sound yet.
 bool LiveMovie::flushTo(double hostTime) {
     try {
+        writeSound();
         if (sound_) sound_->padTo(hostTime);
         flush();
         return true;

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "base/PeriodicTask.h"
 #include "capture/ScreenStream.h"
@@ -29,14 +30,21 @@ class LiveMovie {
     /// Encodes the changed picture. Throws MediaError, for ever after once the file could not be written.
     void append(std::span<const ScreenPatch> patches, double time);
 
-    /// Adds sound in the track's format. What belongs before the first picture is left out. Throws
-    /// MediaError.
+    /// Adds sound in the track's format. What belongs before the first picture is left out. Doesn't wait for
+    /// a picture that is being encoded: whoever brings that one writes the sound too. Throws MediaError.
     void appendSound(const SoundChunk& chunk);
 
     /// Completes the file so that its last frame and its sound last until `endTime`. Throws MediaError.
     void finish(double endTime);
 
   private:
+    /// Sound that nobody has written yet.
+    struct WaitingSound {
+        double hostTime = 0;
+        std::vector<float> samples;
+    };
+
+    void writeSound();
     void begin(double time);
     void encode(double time);
     bool beginTracks();
@@ -44,7 +52,9 @@ class LiveMovie {
     bool flushTo(double hostTime);
     void flush();
 
-    std::mutex lock_;
+    std::mutex waitingLock_;             ///< is held but for moments
+    std::vector<WaitingSound> waiting_;  ///< from the oldest on
+    std::mutex lock_;                    ///< guards what follows
     MovieWriter::Settings settings_;
     std::unique_ptr<MovieWriter> writer_;
     YuvImage picture_;

@@ -26,6 +26,8 @@ using test::VirtualSound;
 using test::VirtualSoundCard;
 
 constexpr double tolerance = 0.010;
+constexpr double closeTolerance = 0.002;
+constexpr float beepLevel = 0.15F;
 
 /// What a source delivers, put on the host's clock as the recorders do.
 class Listener {
@@ -48,9 +50,19 @@ class Listener {
         const std::lock_guard guard(lock_);
         for (std::size_t i = 0; i < samples_.size(); ++i) {
             const double time = start_ + static_cast<double>(i) / 48'000;
-            if (time > second - 0.4 && time < second + 0.4 && std::abs(samples_[i]) > 0.15F) return time;
+            if (time > second - 0.4 && time < second + 0.4 && std::abs(samples_[i]) > beepLevel) return time;
         }
         return 0;
+    }
+    /// How much later than they happen beeps come by the source's own time stamps: the middle of what it was
+    /// since `from`, since a busy server may leave out where one begins. Nothing when none came.
+    std::optional<double> delayOfBeeps(double from) const {
+        const std::lock_guard guard(lock_);
+        std::vector<double> delays;
+        for (const double onset : onsets_)
+            if (onset > from) delays.push_back(onset - std::round(onset));
+        std::ranges::sort(delays);
+        return delays.empty() ? std::nullopt : std::optional(delays[delays.size() / 2]);
     }
     int lost() const {
         const std::lock_guard guard(lock_);
@@ -88,7 +100,18 @@ class Listener {
         if (const double last = std::exchange(lastChunk_, chunk.hostTime); last > 0)
             rates_.push_back(frames / (chunk.hostTime - last));
         lost_ += chunk.buffersLostBefore;
+        noteOnset(chunk, channels);
         sound_->append(chunk);
+    }
+
+    void noteOnset(const SoundChunk& chunk, std::size_t channels) {
+        const auto loud =
+            std::ranges::find_if(chunk.samples, [](float sample) { return std::abs(sample) > beepLevel; });
+        if (loud == chunk.samples.end()) return;
+        const auto frame = static_cast<std::size_t>(loud - chunk.samples.begin()) / channels;
+        const double time = chunk.hostTime + static_cast<double>(frame) / 48'000;
+        if (time > lastLoud_ + 0.5) onsets_.push_back(time);
+        lastLoud_ = time;
     }
 
     std::unique_ptr<LiveSoundSource> source_;
@@ -97,7 +120,9 @@ class Listener {
     std::optional<SteadySound> sound_;
     double start_ = 0;
     double lastChunk_ = 0;
-    std::vector<double> rates_;  ///< from each chunk to the next
+    std::vector<double> rates_;   ///< from each chunk to the next
+    std::vector<double> onsets_;  ///< of beeps, by the chunks' own times
+    double lastLoud_ = 0;
     std::vector<float> samples_;
     int lost_ = 0;
 };
@@ -161,7 +186,7 @@ TEST_F(PipeWireSound, ABeepIsHeardWhenItHappens) {
 }
 
 TEST_F(PipeWireSound, OfACardWhoseClockIsFastBeepsAreHeardWhenTheyHappen) {
-    const VirtualSoundCard card(server.socket(), "card", 5000e-6);
+    const VirtualSoundCard card(server.socket(), "card", {.clockError = 5000e-6});
     const VirtualSound microphone(server.socket(), VirtualSound::Kind::microphone, "first",
                                   VirtualSoundCard::group);
     for (int round = 0; round < 100 && !find("first"); ++round)
@@ -177,6 +202,57 @@ TEST_F(PipeWireSound, OfACardWhoseClockIsFastBeepsAreHeardWhenTheyHappen) {
     EXPECT_NEAR(ear.receivedRate(), 48'000 * 1.005, 24);
     EXPECT_NEAR(tap.receivedRate(), 48'000 * 1.005, 24);
 }
+
+/// Who sets the pace, and what the devices tell of themselves.
+struct Roles {
+    const char* name;
+    bool speakersFollow;  ///< the clock of another card
+    float latency;        ///< from a cycle's start to its sound, in cycles, as real cards tell it; 0 untold
+    double clockError;    ///< of the card that sets the pace
+};
+
+void PrintTo(const Roles& roles, std::ostream* stream) {
+    *stream << roles.name;
+}
+
+class PipeWireSoundOfRoles : public PipeWireSound, public ::testing::WithParamInterface<Roles> {};
+
+TEST_P(PipeWireSoundOfRoles, BeepsAreHeardWhenTheyHappen) {
+    const Roles& roles = GetParam();
+    const VirtualSoundCard pace(server.socket(), "pace",
+                                {.clockError = roles.clockError,
+                                 .hasDefaultSpeakers = !roles.speakersFollow,
+                                 .clockPriority = 30'000,
+                                 .latency = roles.latency});
+    const VirtualSoundCard other(
+        server.socket(), "other",
+        {.hasDefaultSpeakers = roles.speakersFollow, .clockPriority = 20'000, .latency = roles.latency});
+    const VirtualSound microphone(server.socket(), VirtualSound::Kind::microphone, "first",
+                                  VirtualSoundCard::group, roles.latency);
+    for (int round = 0; round < 100 && !find("first"); ++round)
+        std::this_thread::sleep_for(20ms);
+    const auto player = plugIn("player", VirtualSound::Kind::player);
+    Listener ear(devices.openMicrophone(""));
+    Listener tap(devices.openSystemAudio());
+    const double first = nextBeep(0.7);
+    sleepUntil(first + 2.3);
+    const auto heard = ear.delayOfBeeps(first - 0.3);
+    const auto played = tap.delayOfBeeps(first - 0.3);
+    ASSERT_TRUE(heard && played);
+    RecordProperty("microphoneMilliseconds", std::to_string(1000 * *heard));
+    RecordProperty("speakersMilliseconds", std::to_string(1000 * *played));
+    EXPECT_NEAR(*heard, 0, closeTolerance);
+    EXPECT_NEAR(*played, 0, closeTolerance);
+    EXPECT_NEAR(tap.receivedRate(), 48'000 * (1 + roles.clockError), 24);
+}
+
+INSTANTIATE_TEST_SUITE_P(, PipeWireSoundOfRoles,
+                         ::testing::Values(Roles{"drive", false, 0, 0}, Roles{"follow", true, 0, 0},
+                                           Roles{"driveAndTell", false, 1, 0},
+                                           Roles{"followAndTell", true, 1, 0},
+                                           Roles{"driveFast", false, 1, 5000e-6},
+                                           Roles{"followFast", true, 1, 5000e-6}),
+                         [](const auto& roles) { return std::string(roles.param.name); });
 
 TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {
     const auto first = plugIn("first");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/VirtualDevice.h"
 
+#include <spa/param/latency-utils.h>
 #include <spa/param/param.h>
 
 #include <stdexcept>
@@ -26,7 +27,8 @@ VirtualDevice::VirtualDevice(const std::string& socket, const Properties& proper
     stream_ = pw_stream_new(core_, "device", toProperties(properties));
 }
 
-void VirtualDevice::plugIn(const spa_pod* format, pw_stream_flags flags, pw_direction direction) {
+void VirtualDevice::plugIn(std::vector<const spa_pod*> parameters, pw_stream_flags flags,
+                           pw_direction direction) {
     static const pw_stream_events events = [] {
         pw_stream_events handlers{};
         handlers.version = PW_VERSION_STREAM_EVENTS;
@@ -44,8 +46,16 @@ void VirtualDevice::plugIn(const spa_pod* format, pw_stream_flags flags, pw_dire
         return handlers;
     }();
     pw_stream_add_listener(stream_, &hook_, &events, this);
-    pw_stream_connect(stream_, direction, PW_ID_ANY, flags, &format, 1);
+    pw_stream_connect(stream_, direction, PW_ID_ANY, flags, parameters.data(),
+                      static_cast<std::uint32_t>(parameters.size()));
     pw_thread_loop_start(loop_);
+}
+
+const spa_pod* VirtualDevice::latency(spa_pod_builder& builder, spa_direction direction, float cycles) {
+    spa_latency_info info{};
+    info.direction = direction;
+    info.min_quantum = info.max_quantum = cycles;
+    return spa_latency_build(&builder, SPA_PARAM_Latency, &info);
 }
 
 void VirtualDevice::unplug() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <pipewire/pipewire.h>
+#include <spa/pod/builder.h>
 
 #include <string>
 #include <utility>
@@ -25,9 +26,13 @@ class VirtualDevice {
 
     /// To be called at the end of the constructor: from here on the handlers below run, on a thread of the
     /// device's own.
-    void plugIn(const spa_pod* format, pw_stream_flags flags, pw_direction direction = PW_DIRECTION_OUTPUT);
+    void plugIn(std::vector<const spa_pod*> parameters, pw_stream_flags flags,
+                pw_direction direction = PW_DIRECTION_OUTPUT);
     /// To be called at the start of the destructor: from here on they don't.
     void unplug();
+
+    /// What a device tells of the time from a cycle's start to its sound, in cycles.
+    static const spa_pod* latency(spa_pod_builder& builder, spa_direction direction, float cycles);
 
     virtual void process() = 0;
     virtual void formatChosen() {}

@@ -22,7 +22,9 @@ std::vector<std::pair<std::string, std::string>> properties(VirtualSound::Kind k
     }
     std::vector<std::pair<std::string, std::string>> values{{PW_KEY_MEDIA_CLASS, "Audio/Source"},
                                                             {PW_KEY_NODE_NAME, name},
-                                                            {PW_KEY_NODE_DESCRIPTION, name + " (test)"}};
+                                                            {PW_KEY_NODE_DESCRIPTION, name + " (test)"},
+                                                            // Else the speakers' own sound is the default.
+                                                            {PW_KEY_PRIORITY_SESSION, "40000"}};
     if (!group.empty()) values.emplace_back(PW_KEY_NODE_GROUP, group);
     return values;
 }
@@ -36,7 +38,7 @@ float beep(double hostTime) {
 }
 
 VirtualSound::VirtualSound(const std::string& socket, Kind kind, const std::string& name,
-                           const std::string& group)
+                           const std::string& group, float latency)
     : VirtualDevice(socket, properties(kind, name, group)), kind_(kind) {
     std::array<std::uint8_t, 1024> memory{};
     spa_pod_builder builder{};
@@ -47,12 +49,14 @@ VirtualSound::VirtualSound(const std::string& socket, Kind kind, const std::stri
     info.channels = 1;
     info.position[0] = SPA_AUDIO_CHANNEL_MONO;
     const auto autoConnect = kind == Kind::player ? PW_STREAM_FLAG_AUTOCONNECT : PW_STREAM_FLAG_NONE;
-    plugIn(
-        spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
-        static_cast<pw_stream_flags>(autoConnect | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS));
+    std::vector<const spa_pod*> parameters{spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info)};
+    if (latency > 0) parameters.push_back(VirtualDevice::latency(builder, SPA_DIRECTION_OUTPUT, latency));
+    plugIn(std::move(parameters), static_cast<pw_stream_flags>(autoConnect | PW_STREAM_FLAG_MAP_BUFFERS |
+                                                               PW_STREAM_FLAG_RT_PROCESS));
 }
 
-/// A microphone hands over what it took before the cycle's start, speakers play from there on.
+/// A microphone hands over what it took before the cycle's start; the speakers tell how long after it they
+/// play.
 void VirtualSound::process() {
     pw_buffer* buffer = pw_stream_dequeue_buffer(stream());
     if (buffer == nullptr) return;
@@ -62,7 +66,9 @@ void VirtualSound::process() {
     const auto room = data.maxsize / sizeof(float);
     const auto frames = buffer->requested > 0 ? std::min<std::size_t>(buffer->requested, room) : room;
     const double cycle = static_cast<double>(time.now) * 1e-9;
-    const double first = kind_ == Kind::microphone ? cycle - static_cast<double>(frames) / sampleRate : cycle;
+    const double first = kind_ == Kind::microphone
+                             ? cycle - static_cast<double>(frames) / sampleRate
+                             : cycle + static_cast<double>(time.delay) * time.rate.num / time.rate.denom;
     auto* samples = static_cast<float*>(data.data);
     for (std::size_t i = 0; i < frames; ++i)
         samples[i] = beep(first + static_cast<double>(i) / sampleRate);

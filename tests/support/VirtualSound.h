@@ -15,10 +15,11 @@ class VirtualSound final : public VirtualDevice {
   public:
     enum class Kind { microphone, player };
 
-    /// `name` is the node's, `group` that of the sound card a microphone is on, if it is on one. Throws
-    /// std::runtime_error without a server.
-    VirtualSound(const std::string& socket, Kind kind, const std::string& name,
-                 const std::string& group = {});
+    /// `name` is the node's, `group` that of the sound card a microphone is on, if it is on one, and
+    /// `latency` what it tells of the age of a cycle's first sample, in cycles. Throws std::runtime_error
+    /// without a server.
+    VirtualSound(const std::string& socket, Kind kind, const std::string& name, const std::string& group = {},
+                 float latency = 0);
     ~VirtualSound() override { unplug(); }
 
   private:

@@ -48,7 +48,7 @@ constexpr double longestPart = 15;   ///< of the take, in which sound and pictur
 /// camera.
 struct Desk {
     explicit Desk(const SoakOptions& options)
-        : card(sound.socket(), "soak_speakers", options.clockError),
+        : card(sound.socket(), "soak_speakers", {.clockError = options.clockError}),
           scene({options.scene, "--full-screen", "--busy", "--log", sceneLog().string()},
                 desktop.environment()) {
         if (options.camera)
@@ -234,6 +234,7 @@ int run(const SoakOptions& options) {
     performance.playFor(options.seconds);
     std::printf("stop after %.0f s: %.0f ms\n", options.seconds, 1000 * take.stop());
     printComplaints(take.messages());
+    performance.happened.beepsPlayed = desk.card.beepsPlayed();
 
     const TakeBundle bundle = RecordingLibrary(desk.folder.path()).recentBundles(1).front();
     const auto movie = bundle.file(TakeBundle::screenFile);

@@ -95,7 +95,7 @@ SyncReport reportSync(const Happenings& happened, const RecordedHappenings& reco
     };
     SyncReport report{.from = from,
                       .to = to,
-                      .speakers = later(seconds, recorded.beepsPlayed),
+                      .speakers = later(within(happened.beepsPlayed, begin, from, to), recorded.beepsPlayed),
                       .microphone = later(seconds, recorded.beepsHeard),
                       .clicks = later(within(happened.clicks, begin, from, to), recorded.clicks),
                       .camera = std::nullopt};

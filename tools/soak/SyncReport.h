@@ -9,11 +9,12 @@
 
 namespace tessaloom::test {
 
-/// When things happened, in HostClock seconds. Everything beeps, and a camera's world is lit, at each full
-/// second.
+/// When things happened, in HostClock seconds. A microphone's world beeps, and a camera's is lit, at each
+/// full second.
 struct Happenings {
     std::vector<double> flashes;
     std::vector<double> clicks;
+    std::vector<double> beepsPlayed;  ///< by the speakers, which a busy machine keeps some from
 };
 
 /// When the same things happen in a take, in seconds since its first frame.

@@ -117,7 +117,7 @@ void PipeWireCameraSource::formatChosen(const spa_pod& format) {
     layout_ = isJpeg ? CameraBuffer{.layout = Layout::mjpeg, .encoding = {}, .bytes = {}} : rawLayout(format);
 }
 
-void PipeWireCameraSource::received(const spa_buffer& buffer, const pw_time&) {
+void PipeWireCameraSource::received(const spa_buffer& buffer, const PipeWireCycle&) {
     CameraBuffer picture = layout_;
     picture.bytes = contentOf(buffer);
     if (picture.bytes.empty()) return;

@@ -26,7 +26,7 @@ class PipeWireCameraSource final : public CameraSource, private PipeWireStream::
     std::vector<const spa_pod*> formats(spa_pod_builder& builder) const override;
     int leastBuffers() const override { return 2; }
     void formatChosen(const spa_pod& format) override;
-    void received(const spa_buffer& buffer, const pw_time& time) override;
+    void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
 
     std::string node_;
     std::string description_;

@@ -15,6 +15,7 @@ struct PipeWireDelete {
     void operator()(pw_context* context) const { pw_context_destroy(context); }
     void operator()(pw_core* core) const { pw_core_disconnect(core); }
     void operator()(pw_stream* stream) const { pw_stream_destroy(stream); }
+    void operator()(pw_port* port) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(port)); }
     void operator()(pw_registry* registry) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry)); }
 };
 

@@ -4,6 +4,7 @@
 #include <pipewire/keys.h>
 #include <spa/param/audio/format-utils.h>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -61,28 +62,28 @@ void PipeWireSoundSource::formatChosen(const spa_pod&) {
     lastTime_.reset();
 }
 
-void PipeWireSoundSource::received(const spa_buffer& buffer, const pw_time& time) {
+void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle& cycle) {
     const auto bytes = contentOf(buffer);
     const auto channels = static_cast<std::size_t>(format().channels);
     const auto frames = bytes.size() / sizeof(float) / channels;
     if (frames == 0) return;
     const std::span samples(reinterpret_cast<const float*>(bytes.data()), frames * channels);
-    handler_({.hostTime = timeOfFirst(frames, time),
+    handler_({.hostTime = timeOfFirst(static_cast<double>(frames) / sampleRate, cycle),
               .samples = samples,
-              .buffersLostBefore = lostBefore(frames, time)});
+              .buffersLostBefore = lostBefore(frames, cycle.time)});
 }
 
-/// A cycle of the graph brings what a microphone took up to its start. What it brings of the speakers was
-/// given to them in the cycle before, since they come after whoever listens to them.
-double PipeWireSoundSource::timeOfFirst(std::size_t frames, const pw_time& time) const {
+/// A microphone tells how old the first sample of a cycle is. One that doesn't has at least taken them all.
+/// Speakers that follow another device's clock pass on in each cycle what they are given in it. Those that
+/// drive the graph come after whoever listens to them: what comes is what they were given the cycle before.
+double PipeWireSoundSource::timeOfFirst(double length, const PipeWireCycle& cycle) const {
+    const pw_time& time = cycle.time;
     const double now = HostClock::seconds();
-    double end = static_cast<double>(time.now) * 1e-9;
-    if (std::abs(now - end) > latestPlausibleDelay || time.rate.denom == 0) {
-        end = now;
-    } else if (kind_ == Kind::microphone) {
-        end -= seconds(time.delay, time);
-    }
-    return end - static_cast<double>(frames) / sampleRate;
+    double start = static_cast<double>(time.now) * 1e-9;
+    if (std::abs(now - start) > latestPlausibleDelay || time.rate.denom == 0) return now - length;
+    start -= static_cast<double>(time.buffered) / sampleRate;
+    if (!cycle.senderPlays) return start - std::max(seconds(time.delay, time), length);
+    return start - (cycle.senderDrives ? cycle.length : 0) + cycle.playbackDelay;
 }
 
 int PipeWireSoundSource::lostBefore(std::size_t frames, const pw_time& time) {

@@ -32,8 +32,8 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     std::vector<const spa_pod*> formats(spa_pod_builder& builder) const override;
     int leastBuffers() const override { return 16; }
     void formatChosen(const spa_pod& format) override;
-    void received(const spa_buffer& buffer, const pw_time& time) override;
-    double timeOfFirst(std::size_t frames, const pw_time& time) const;
+    void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
+    double timeOfFirst(double length, const PipeWireCycle& cycle) const;
     int lostBefore(std::size_t frames, const pw_time& time);
 
     Kind kind_;

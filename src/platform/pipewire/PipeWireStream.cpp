@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/pipewire/PipeWireStream.h"
 
+#include <spa/node/io.h>
 #include <spa/param/buffers.h>
 #include <spa/param/param.h>
 
@@ -9,10 +10,12 @@
 #include <atomic>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include "base/Log.h"
 #include "platform/pipewire/PipeWireConnection.h"
+#include "platform/pipewire/PipeWireSender.h"
 
 namespace tessaloom {
 namespace {
@@ -29,6 +32,8 @@ class ArrivedBuffers {
     struct Arrived {
         pw_buffer* buffer = nullptr;
         pw_time time{};
+        std::uint32_t driver = SPA_ID_INVALID;  ///< the node that sets the graph's pace
+        std::uint64_t duration = 0;             ///< of the cycle, at the rate of the time
     };
 
     bool push(const Arrived& arrived) {
@@ -65,6 +70,7 @@ class Session {
           client_(client),
           stream_(pw_stream_new(connection.core(), "Tessaloom", client.makeProperties())) {
         if (!stream_) throw std::runtime_error("A PipeWire stream can't be made.");
+        sender_.emplace(connection, *stream_);
         static const pw_stream_events events = handlers();
         pw_stream_add_listener(stream_.get(), &hook_, &events, this);
         connect();
@@ -75,7 +81,7 @@ class Session {
     void handleBuffers() {
         ArrivedBuffers::Arrived arrived;
         while (arrived_.pop(arrived)) {
-            client_.received(*arrived.buffer->buffer, arrived.time);
+            client_.received(*arrived.buffer->buffer, cycleOf(arrived));
             pw_stream_queue_buffer(stream_.get(), arrived.buffer);
         }
     }
@@ -89,6 +95,10 @@ class Session {
         };
         events.param_changed = [](void* data, std::uint32_t id, const spa_pod* value) {
             if (id == SPA_PARAM_Format && value != nullptr) static_cast<Session*>(data)->negotiate(*value);
+        };
+        events.io_changed = [](void* data, std::uint32_t id, void* area, std::uint32_t) {
+            if (id == SPA_IO_Position)
+                static_cast<Session*>(data)->position_ = static_cast<spa_io_position*>(area);
         };
         // Buffers are taken away when another device takes over: what still waits in them is lost.
         events.remove_buffer = [](void* data, pw_buffer*) { static_cast<Session*>(data)->arrived_.clear(); };
@@ -129,16 +139,33 @@ class Session {
     void takeBuffers() {
         ArrivedBuffers::Arrived arrived;
         pw_stream_get_time_n(stream_.get(), &arrived.time, sizeof arrived.time);
+        if (const spa_io_position* position = position_) {
+            arrived.driver = position->clock.id;
+            arrived.duration = position->clock.duration;
+        }
         while ((arrived.buffer = pw_stream_dequeue_buffer(stream_.get())) != nullptr)
             arrived_.push(arrived);  // has room for as many as there can be
         connection_.wake();
     }
 
+    PipeWireCycle cycleOf(const ArrivedBuffers::Arrived& arrived) const {
+        PipeWireCycle cycle{.time = arrived.time};
+        if (arrived.time.rate.num == 0) return cycle;
+        const double rate = static_cast<double>(arrived.time.rate.denom) / arrived.time.rate.num;
+        cycle.length = static_cast<double>(arrived.duration) / rate;
+        cycle.senderDrives = arrived.driver == sender_->node();
+        cycle.senderPlays = sender_->plays();
+        cycle.playbackDelay = sender_->playbackDelay(cycle.length, rate);
+        return cycle;
+    }
+
     PipeWireConnection& connection_;
     PipeWireStream::Client& client_;
     ArrivedBuffers arrived_;
+    std::atomic<const spa_io_position*> position_ = nullptr;  ///< the server's, of the graph's present cycle
     bool failed_ = false;
     spa_hook hook_{};
+    std::optional<PipeWireSender> sender_;
     PipeWireHandle<pw_stream> stream_;  ///< last, so that no handler runs on what is gone
 };
 

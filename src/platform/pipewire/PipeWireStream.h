@@ -16,6 +16,16 @@ namespace tessaloom {
 /// What a buffer brings; empty when there is nothing in it, or nothing that can be looked at.
 std::span<const std::uint8_t> contentOf(const spa_buffer& buffer);
 
+/// The cycle of the server's graph that brought a buffer.
+struct PipeWireCycle {
+    pw_time time{};             ///< of its start
+    double length = 0;          ///< in seconds; 0 when it isn't known
+    bool senderDrives = false;  ///< the node that sent the buffer sets the graph's pace, and follows no other
+    bool senderPlays = false;   ///< the buffer is what that node is given to play
+    /// Seconds from a cycle's start until what the sender is given in it is heard.
+    double playbackDelay = 0;
+};
+
 /// Receives from a node of the sound server on a thread of its own. When the node, or the server, goes away,
 /// connection and stream are opened anew until that works again.
 class PipeWireStream {
@@ -32,8 +42,7 @@ class PipeWireStream {
         virtual int leastBuffers() const = 0;
         /// What follows is in this format.
         virtual void formatChosen(const spa_pod& format) = 0;
-        /// `time` is that of the graph's cycle that brought the buffer.
-        virtual void received(const spa_buffer& buffer, const pw_time& time) = 0;
+        virtual void received(const spa_buffer& buffer, const PipeWireCycle& cycle) = 0;
     };
 
     /// `client` outlives the stream.
