@@ -48,7 +48,7 @@ double meanDelay(std::span<const double> happened, std::span<const double> recor
     return sum / static_cast<double>(happened.size());
 }
 
-/// Those in the part, in seconds since the first frame.
+/// Those from `from` to `to`, in seconds since the first frame.
 std::vector<double> within(std::span<const double> hostTimes, double begin, double from, double to) {
     std::vector<double> times;
     for (const double time : hostTimes)
