@@ -17,7 +17,11 @@ constexpr std::uint32_t nominalRate = 48'000;
 constexpr std::uint64_t defaultQuantum = 1024;
 constexpr std::uint32_t channels = 2;
 constexpr float beepLevel = 0.15F;
+constexpr double never = 0;  ///< of a timer
 constexpr double silenceBetweenBeeps = 0.5;
+/// Cards of a group start together, but PipeWire 0.3 lets the first of them wake one whose converter isn't
+/// made yet, which then calls a null pointer.
+constexpr double othersStartWithin = 0.25;  ///< seconds
 
 }  // namespace
 
@@ -49,10 +53,8 @@ VirtualSoundCard::VirtualSoundCard(const std::string& socket, const std::string&
 }
 
 void VirtualSoundCard::streaming(bool on) {
-    cycle_ = HostClock::seconds();
-    timespec first{0, on ? 1 : 0};
-    timespec once{};
-    pw_loop_update_timer(loop(), timer_, &first, &once, false);
+    cycle_ = HostClock::seconds() + othersStartWithin;
+    beginCycleAt(on ? cycle_ : never);
 }
 
 /// While another card sets the pace, this one has nothing to begin. As long as the clock says, whatever the
@@ -71,8 +73,12 @@ void VirtualSoundCard::beginCycle() {
     clock.rate_diff = rate_ / nominalRate;
     clock.next_nsec = static_cast<std::uint64_t>(std::llround(next * 1e9));
     pw_stream_trigger_process(stream());
-    const double seconds = std::floor(next);
-    timespec due{static_cast<time_t>(seconds), std::lround((next - seconds) * 1e9)};
+    beginCycleAt(next);
+}
+
+void VirtualSoundCard::beginCycleAt(double hostTime) {
+    const double seconds = std::floor(hostTime);
+    timespec due{static_cast<time_t>(seconds), std::lround((hostTime - seconds) * 1e9)};
     timespec once{};
     pw_loop_update_timer(loop(), timer_, &due, &once, true);
 }

@@ -37,6 +37,7 @@ class VirtualSoundCard final : public VirtualDevice {
     void streaming(bool on) override;
     void positionShared(spa_io_position* position) override { position_ = position; }
     void beginCycle();
+    void beginCycleAt(double hostTime);
     void play(std::span<const float> samples, double start);
 
     double latency_;                       ///< cycles
