@@ -5,12 +5,43 @@
 #include <cmath>
 
 namespace tessaloom {
+namespace {
+
+// In intervals. A change may wait for its point, or come after it, as long as this: then the next one can
+// come that much earlier or later than expected and still has a frame of its own.
+constexpr double longestWait = 0.4;
+constexpr double mostBelated = 0.4;
+constexpr double step = 0.01;
+
+}  // namespace
 
 double FrameGrid::pointOf(Change change, double now) {
     if (!next_) return now;
+    if (change == Change::cameJustNow && !cameAt_) cameAt_ = now;
     const double late = (now - *next_) / interval_;
-    const double steps = change == Change::cameJustNow ? std::ceil(late - 0.5) : std::floor(late);
+    const bool followsAtOnce = late < 1;
+    const double steps =
+        change == Change::hasWaited || followsAtOnce ? std::floor(late) : std::ceil(late - 0.5);
     return *next_ + std::max(steps, 0.0) * interval_;
+}
+
+void FrameGrid::taken(double point) {
+    if (first_)
+        ++laterFrames_;
+    else
+        first_ = point;
+    next_ = point + interval_ + shiftAfter(point);
+    cameAt_.reset();
+}
+
+/// By how much the next points move. Backwards only as far as there are points without a frame, and one more,
+/// so that changes which come more often than frames may are no reason.
+double FrameGrid::shiftAfter(double point) const {
+    if (!cameAt_) return 0;
+    const double wait = (point - *cameAt_) / interval_;
+    if (wait < -mostBelated) return step * interval_;
+    const double unused = point - *first_ - (laterFrames_ - 1) * interval_;
+    return wait > longestWait && unused > step * interval_ ? -step * interval_ : 0;
 }
 
 }  // namespace tessaloom
