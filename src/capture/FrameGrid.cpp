@@ -7,10 +7,10 @@
 namespace tessaloom {
 namespace {
 
-// In intervals. A change may wait for its point, or come after it, as long as this: then the next one can
-// come that much earlier or later than expected and still has a frame of its own.
-constexpr double longestWait = 0.4;
-constexpr double mostBelated = 0.4;
+// In intervals. Where changes wait this long for their points, the next one can come a little too early or
+// too late, or another one come between two, and each still has a frame of its own.
+constexpr double shortestWait = 0.2;
+constexpr double longestWait = 0.6;
 constexpr double step = 0.01;
 
 }  // namespace
@@ -39,7 +39,7 @@ void FrameGrid::taken(double point) {
 double FrameGrid::shiftAfter(double point) const {
     if (!cameAt_) return 0;
     const double wait = (point - *cameAt_) / interval_;
-    if (wait < -mostBelated) return step * interval_;
+    if (wait < shortestWait) return step * interval_;
     const double unused = point - *first_ - (laterFrames_ - 1) * interval_;
     return wait > longestWait && unused > step * interval_ ? -step * interval_ : 0;
 }
