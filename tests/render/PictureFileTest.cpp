@@ -35,7 +35,7 @@ class PictureFileTest : public ::testing::Test {
 };
 
 TEST_F(PictureFileTest, IsReadWhateverItsFormat) {
-    for (const char* name : {"a.png", "a.jpg", "a.bmp"}) {
+    for (const char* name : {"a.png", "a.jpg", "a.bmp", "a.webp"}) {
         const auto picture = readPictureFile(written(name, {40, 30}, QImage::Format_RGB32));
         ASSERT_TRUE(picture) << name;
         EXPECT_EQ(picture->width(), 40);
