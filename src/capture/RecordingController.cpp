@@ -277,6 +277,8 @@ QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> ca
 QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
                                                std::unique_ptr<LiveSoundSource> systemAudio,
                                                std::stop_token cancel) {
+    // A window may have been moved or resized since it was chosen.
+    target.filter = platform_.withPresentFrame(target.filter);
     streamStartHostTime_ = HostClock::nanoseconds();
     screen_ = ScreenCaptureEngine::start(platform_, target, std::move(systemAudio),
                                          bundle_->file(TakeBundle::screenFile),

@@ -142,6 +142,7 @@ struct ScriptedPlatform final : CapturePlatform {
     std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
     std::vector<Rect> preflights;
+    std::optional<Rect> presentFrame;  ///< of every window, if it isn't what it was
     std::vector<ShareableWindow> windows;
     ScriptedPicker::Script picker;
     ScriptedThumbnails::Script thumbnails;
@@ -149,6 +150,10 @@ struct ScriptedPlatform final : CapturePlatform {
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
+    ContentFilter withPresentFrame(const ContentFilter& filter) override {
+        return {filter.window, filter.window ? presentFrame.value_or(filter.contentRect) : filter.contentRect,
+                filter.pointPixelScale};
+    }
     bool takePreflightPicture(const ContentFilter& filter) override {
         preflights.push_back(filter.contentRect);
         return !refusesPictures;

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <memory>
 #include <thread>
 
 #include "desktop/DesktopRecording.h"
 #include "media/MovieReader.h"
 #include "support/TestWindow.h"
 #include "support/XInjector.h"
+#include "take/RecordingLibrary.h"
 
 namespace tessaloom::test {
 namespace {
@@ -89,6 +93,18 @@ TEST(Source, ScaledDesktopsAreMeasuredInPoints) {
     EXPECT_EQ(recordedPicture(bundle, 0).width(), 200);
 }
 
+bool waitForWords(ChildProcess& program, const std::string& words) {
+    for (int round = 0; round < 1000 && program.running(); ++round) {
+        if (program.errors().find(words) != std::string::npos) return true;
+        program.waitForExit(10ms);
+    }
+    return false;
+}
+
+xcb_window_t rootOf(xcb_connection_t* connection) {
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
 /// A window of an application called Greenhouse on a desktop with a window manager.
 class WindowSource : public ::testing::Test {
   protected:
@@ -144,6 +160,50 @@ TEST_F(WindowSource, GrownBeyondItsFirstSizeShowsItsTopLeftPart) {
     const BgraImage picture = recordedPicture(bundle, logDuration(bundle.readLog()));
     EXPECT_EQ(picture.width(), 300);
     EXPECT_TRUE(isNearly(colorAt(picture, 295, 195), 0x3060F0));
+}
+
+TEST_F(WindowSource, IsRecordedWhereTheCountdownLeavesIt) {
+    XInjector input(desktop_.displayName());
+    const TemporaryFolder library;
+    ChildProcess program({TESSALOOM_PROGRAM, "record", "--countdown", "1", "--window", "Greenhouse"},
+                         programEnvironment(desktop_.environment(), library.path()));
+    ASSERT_TRUE(waitForWords(program, "Capture preflight")) << program.errors();
+    window_->moveResize({300, 250, 200, 100});
+    ASSERT_TRUE(waitForWords(program, "Recording started")) << program.errors();
+    window_->fill({0, 0, 200, 100}, green);
+    const auto place =
+        xcb_translate_coordinates_reply(injector_.connection(),
+                                        xcb_translate_coordinates(injector_.connection(), window_->id(),
+                                                                  rootOf(injector_.connection()), 0, 0),
+                                        nullptr);
+    const std::unique_ptr<xcb_translate_coordinates_reply_t, decltype(&std::free)> owned(place, std::free);
+    ASSERT_TRUE(owned);
+    input.moveTo({place->dst_x + 150, place->dst_y + 25});
+    std::this_thread::sleep_for(300ms);
+    input.click();
+    std::this_thread::sleep_for(300ms);
+    program.signal(SIGINT);
+    ASSERT_EQ(program.waitForExit(15s), 0) << program.errors();
+
+    const TakeBundle bundle = RecordingLibrary(library.path()).recentBundles(1).front();
+    const EventLog log = bundle.readLog();
+    EXPECT_EQ(log.captureRect, (CaptureRect{double(place->dst_x), double(place->dst_y), 200, 100, 1}));
+    EXPECT_EQ(recordedPicture(bundle, logDuration(log)).width(), 200);
+    EXPECT_TRUE(isNearly(colorAt(recordedPicture(bundle, logDuration(log)), 190, 90), green));
+    ASSERT_EQ(log.events.size(), 1U);
+    ASSERT_TRUE(log.events[0].location);
+    EXPECT_NEAR(log.events[0].location->x, 0.75, 0.01);
+    EXPECT_NEAR(log.events[0].location->y, 0.25, 0.01);
+}
+
+TEST_F(WindowSource, ClosedInTheCountdownItIsAFailure) {
+    const TemporaryFolder library;
+    ChildProcess program({TESSALOOM_PROGRAM, "record", "--countdown", "1", "--window", "Greenhouse"},
+                         programEnvironment(desktop_.environment(), library.path()));
+    ASSERT_TRUE(waitForWords(program, "Capture preflight")) << program.errors();
+    window_.reset();
+    EXPECT_EQ(program.waitForExit(15s), 1);
+    EXPECT_NE(program.errors().find("The selected source never produced a frame."), std::string::npos);
 }
 
 TEST_F(WindowSource, ClosedWhileRecordingEndsInAFinishedBundle) {
