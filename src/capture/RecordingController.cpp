@@ -14,6 +14,7 @@
 #include "base/Log.h"
 #include "capture/CaptureError.h"
 #include "capture/DeviceOpening.h"
+#include "capture/InputStart.h"
 #include "capture/SourceResolver.h"
 #include "motion/FirstEdit.h"
 
@@ -26,7 +27,6 @@ constexpr auto originLimit = 8s;
 constexpr auto cameraStartLimit = 4s;
 constexpr auto agentLimit = 600s;
 constexpr int leastAgentCountdown = 3;
-constexpr double cursorSamplesPerSecond = 120.0;
 
 TakeBundle createBundle(const std::filesystem::path& library) {
     std::error_code reportedBelow;
@@ -169,7 +169,12 @@ QCoro::Task<std::optional<CaptureTarget>> RecordingController::findTarget(Captur
 
 void RecordingController::takePreflightPicture(const ContentFilter& filter) {
     const double before = HostClock::seconds();
-    const bool pictureTaken = platform_.takePreflightPicture(filter);
+    bool pictureTaken = false;
+    try {
+        pictureTaken = platform_.takePreflightPicture(filter);
+    } catch (const std::exception&) {
+        // A source that can't be had fails the start where it is opened.
+    }
     qCInfo(Log::recording, "Capture preflight %s in %ld ms", pictureTaken ? "ok" : "failed",
            std::lround(1000 * (HostClock::seconds() - before)));
 }
@@ -299,12 +304,8 @@ void RecordingController::startInput() {
     log.captureRect = screen_->captureRect();
     const Rect frame{log.captureRect.x, log.captureRect.y, log.captureRect.width, log.captureRect.height};
     const double origin = screen_->timelineOrigin();
-    auto cursor = std::make_unique<CursorSampler>(platform_.makePointerSource(), origin, frame);
-    cursor->start(cursorSamplesPerSecond);
-    auto eventTap = std::make_unique<InputEventTap>(platform_.makeInputEventSource());
-    if (!eventTap->start()) {
-        qCCritical(Log::recording, "Event tap unavailable; clicks and keys will not be recorded");
-    }
+    auto cursor = startCursorSampler(platform_, origin, frame);
+    auto eventTap = startEventTap(platform_);
     if (cameraRecorded()) showCameraInEdit();
     input_ = std::make_unique<InputRecorder>(*bundle_, std::move(log), origin, std::move(cursor),
                                              std::move(eventTap), [this] { return offsets(); });

@@ -27,11 +27,35 @@ TEST_F(Recording, ASecondStartChangesNothing) {
     EXPECT_EQ(bundleCount(), 1U);
 }
 
+constexpr const char* noTap = "Event tap unavailable; clicks and keys will not be recorded";
+
 TEST_F(Recording, GoesOnWithoutClicksAndKeysWhenTheDesktopRefuses) {
     platform.refusesInput = true;
+    const LogLines lines;
     const TakeBundle bundle = startedBundle();
     stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, noTap));
     EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+}
+
+TEST_F(Recording, GoesOnWithoutClicksAndKeysWhereNobodyCanListen) {
+    platform.hasInput = false;
+    const LogLines lines;
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, noTap));
+    EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+    EXPECT_TRUE(bundle.readLog().events.empty());
+}
+
+TEST_F(Recording, GoesOnWithoutAPointerThatCanBeFollowed) {
+    platform.hasPointer = false;
+    const LogLines lines;
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Pointer unavailable; its path will not be recorded"));
+    EXPECT_FALSE(lines.contains(noTap));
+    EXPECT_TRUE(bundle.readLog().cursorSamples.empty());
 }
 
 TEST_F(Recording, ASourceWithoutFramesFailsAndLeavesItsFolder) {
@@ -103,6 +127,14 @@ TEST_F(Recording, LooksAtItsSourceBeforeItCounts) {
 TEST_F(Recording, GoesOnWhenItsFirstLookFails) {
     platform.refusesPictures = true;
     const test::LogLines lines;
+    startedBundle();
+    EXPECT_TRUE(lines.contains("Capture preflight failed in "));
+    stop();
+}
+
+TEST_F(Recording, GoesOnWhenItsFirstLookThrows) {
+    platform.losesServer = true;
+    const LogLines lines;
     startedBundle();
     EXPECT_TRUE(lines.contains("Capture preflight failed in "));
     stop();

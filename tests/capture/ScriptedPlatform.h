@@ -134,6 +134,9 @@ struct ScriptedPicker final : SourcePicker {
 struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
     bool refusesInput = false;
+    bool hasInput = true;      ///< otherwise no source for it can be made
+    bool hasPointer = true;    ///< likewise
+    bool losesServer = false;  ///< as it takes its preflight picture
     std::string pressedKey;
     bool leavesOut = true;
     bool refusesPictures = false;
@@ -156,6 +159,7 @@ struct ScriptedPlatform final : CapturePlatform {
     }
     bool takePreflightPicture(const ContentFilter& filter) override {
         preflights.push_back(filter.contentRect);
+        if (losesServer) throw std::runtime_error("The script lost its server.");
         return !refusesPictures;
     }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
@@ -163,9 +167,11 @@ struct ScriptedPlatform final : CapturePlatform {
         return std::make_unique<ScriptedStream>(stream, configuration, streamStop, streamEnd);
     }
     std::unique_ptr<PointerSource> makePointerSource() override {
+        if (!hasPointer) throw std::runtime_error("The script has no pointer.");
         return std::make_unique<StillPointer>(pointerIsKnown);
     }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
+        if (!hasInput) throw std::runtime_error("The script has no input.");
         return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
     }
     std::unique_ptr<SourcePicker> makeSourcePicker() override {
