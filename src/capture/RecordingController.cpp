@@ -100,7 +100,7 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::giveUp(Start
 }
 
 QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(std::string reason, StartedBy by) {
-    qCInfo(Log::recording, "Failed to start recording: %s", reason.c_str());
+    qCCritical(Log::recordingTold, "Failed to start recording: %s", reason.c_str());
     co_await abortCapture();
     const bool mayRecordScreen = permissions_.isGranted(Permission::screenRecording);
     if (by == StartedBy::user) co_await presenter_.tellFailure(reason, mayRecordScreen);
@@ -128,7 +128,7 @@ QCoro::Task<RecordingController::SourceStart> RecordingController::startSources(
     // The camera's file begins during the countdown, so that it is really being written before the screen is.
     if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
     if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
-    auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio);
+    auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio, by);
 
     const int countdown = preferences.countdownSeconds;
     co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
@@ -191,7 +191,7 @@ QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier,
     } catch (const std::exception& error) {
         reason = error.what();
     }
-    qCInfo(Log::recording, "Microphone unavailable: %s", reason.c_str());
+    qCCritical(Log::recordingTold, "Microphone unavailable: %s", reason.c_str());
     if (by == StartedBy::agent) {
         warnings_.push_back("Recording without the microphone: " + reason);
         co_return true;
@@ -216,7 +216,7 @@ QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identi
     } catch (const std::exception& error) {
         reason = error.what();
     }
-    qCInfo(Log::recording, "Webcam unavailable: %s", reason.c_str());
+    qCCritical(Log::recordingTold, "Webcam unavailable: %s", reason.c_str());
     if (by == StartedBy::agent) {
         warnings_.push_back("Recording without the camera: " + reason);
     } else {
@@ -232,8 +232,9 @@ QCoro::Task<std::unique_ptr<WebcamRecorder>> RecordingController::openCamera(std
     co_return WebcamRecorder::start(std::move(camera));
 }
 
-/// None when it isn't wanted or there is no sound server, which is logged.
-QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAudio(bool wanted) {
+/// None when it isn't wanted or there is no sound server, which is told.
+QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAudio(bool wanted,
+                                                                                   StartedBy by) {
     if (!wanted) co_return std::unique_ptr<LiveSoundSource>();
     try {
         std::function<std::unique_ptr<LiveSoundSource>()> open = [this] {
@@ -241,7 +242,12 @@ QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAud
         };
         co_return co_await opened(std::move(open), clock_);
     } catch (const std::exception& error) {
-        qCInfo(Log::recording, "System audio unavailable: %s", error.what());
+        qCCritical(Log::recordingTold, "System audio unavailable: %s", error.what());
+        if (by == StartedBy::agent) {
+            warnings_.push_back(std::string("Recording without system audio: ") + error.what());
+        } else {
+            presenter_.noteWithoutSystemAudio(error.what());
+        }
     }
     co_return std::unique_ptr<LiveSoundSource>();
 }

@@ -124,7 +124,7 @@ class RecordingController : public QObject {
     QCoro::Task<> prepareCamera(bool wanted, std::string identifier, StartedBy by);
     QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
     QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
-    QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
+    QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted, StartedBy by);
     QCoro::Task<std::optional<CaptureTarget>> findTarget(CaptureSource source, std::stop_token cancel);
     void takePreflightPicture(const ContentFilter& filter);
     StartOutcome stayIdle(StartedBy by);

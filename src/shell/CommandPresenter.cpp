@@ -42,4 +42,8 @@ QCoro::Task<> CommandPresenter::tellWithoutCamera(std::string reason) {
     co_return;
 }
 
+void CommandPresenter::noteWithoutSystemAudio(const std::string& reason) {
+    std::cerr << "Recording without system audio: " << reason << '\n';
+}
+
 }  // namespace tessaloom

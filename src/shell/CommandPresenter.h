@@ -21,6 +21,7 @@ class CommandPresenter final : public RecordingPresenter {
     void restoreDesktopIcons() override;
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override;
     QCoro::Task<> tellWithoutCamera(std::string reason) override;
+    void noteWithoutSystemAudio(const std::string& reason) override;
     /// The command itself ends with the reason, or with the bundle's path.
     QCoro::Task<> tellFailure(std::string, bool) override { co_return; }
     void openEditor(const std::filesystem::path&) override {}

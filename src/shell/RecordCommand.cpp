@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "base/BoundedWait.h"
+#include "base/Log.h"
 #include "base/TimeLimit.h"
 #include "capture/RecordingController.h"
 #include "shell/CommandPresenter.h"
@@ -90,7 +91,7 @@ class RecordRun {
         if (std::holds_alternative<RecordingController::Cancelled>(outcome))
             co_return ExitStatus::interrupted;
         if (const auto* failure = std::get_if<RecordingController::Failed>(&outcome)) {
-            throw CommandError(failure->message);
+            throw CommandError(failure->message + (endReason_ ? " " + *endReason_ : std::string()));
         }
         co_await untilEnd();
         line_.show(std::string());
@@ -191,6 +192,7 @@ class RecordRun {
 
 ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices,
                             std::function<void()> hangUpWindows) {
+    Log::leaveOutWhatIsTold();
     RecordRun run(RecordArguments::parse(words), platform, devices, std::move(hangUpWindows));
     return run.waitForEnd();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
@@ -214,6 +215,24 @@ TEST_F(WindowSource, ClosedWhileRecordingEndsInAFinishedBundle) {
     EXPECT_NE(recording.program().errors().find("The recorded window was closed."), std::string::npos);
     EXPECT_TRUE(isNearly(colorAt(recordedPicture(bundle, 0.3), 20, 20), green));
     EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+}
+
+TEST_F(WindowSource, ItsEndIsToldOnce) {
+    const TemporaryFolder library;
+    auto environment = programEnvironment(desktop_.environment(), library.path());
+    environment.erase("TESSALOOM_VERBOSE");
+    ChildProcess program({TESSALOOM_PROGRAM, "record", "--countdown", "0", "--window", "Greenhouse",
+                          "--no-microphone", "--no-camera", "--system-audio"},
+                         environment);
+    std::this_thread::sleep_for(1500ms);
+    window_.reset();
+    EXPECT_EQ(program.waitForExit(15s), 0);
+    const std::string errors = program.errors();
+    EXPECT_TRUE(errors.starts_with("Recording without system audio: ")) << errors;
+    EXPECT_TRUE(
+        errors.ends_with("\nThe recorded window was closed. What was recorded until then is saved.\n"))
+        << errors;
+    EXPECT_EQ(std::ranges::count(errors, '\n'), 2) << errors;
 }
 
 TEST_F(WindowSource, HiddenAndShownAgainItGoesOn) {
