@@ -67,12 +67,14 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     if (state_ != State::idle) co_return Cancelled{};
     setState(State::starting);
     warnings_.clear();
-    std::optional<std::string> failure;
+    std::optional<Failed> failure;
     auto result = SourceStart::running;
     try {
         result = co_await startSources(std::move(source), std::move(preferences), cancel, by);
+    } catch (const CaptureError& error) {
+        failure = Failed{error.what(), error.advice()};
     } catch (const std::exception& error) {
-        failure = error.what();
+        failure = Failed{error.what(), {}};
     }
     if (result == SourceStart::nothingPicked) co_return stayIdle(by);
     if (cancel.stop_requested() || result == SourceStart::givenUp) co_return co_await giveUp(by);
@@ -99,12 +101,12 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::giveUp(Start
     co_return Cancelled{};
 }
 
-QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(std::string reason, StartedBy by) {
-    qCCritical(Log::recordingTold, "Failed to start recording: %s", reason.c_str());
+QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(Failed failure, StartedBy by) {
+    qCCritical(Log::recordingTold, "Failed to start recording: %s", failure.message.c_str());
     co_await abortCapture();
     const bool mayRecordScreen = permissions_.isGranted(Permission::screenRecording);
-    if (by == StartedBy::user) co_await presenter_.tellFailure(reason, mayRecordScreen);
-    co_return Failed{std::move(reason)};
+    if (by == StartedBy::user) co_await presenter_.tellFailure(failure.message, mayRecordScreen);
+    co_return failure;
 }
 
 /// The order matters: whatever is slow comes before the countdown, and the screen's first frame is the time
@@ -374,7 +376,8 @@ QCoro::Task<> RecordingController::leaveQuietly() {
 
 QCoro::Task<RecordingController::AgentStartResult> RecordingController::startForAgent(
     Options options, CaptureSource source, RecordingPreferences preferences, std::stop_token cancel) {
-    if (state_ != State::idle) co_return Failed{"Tessaloom is already recording. Stop that recording first."};
+    if (state_ != State::idle)
+        co_return Failed{"Tessaloom is already recording. Stop that recording first.", {}};
     presenter_.hideRecordBar();
     preferences.captureMicrophone = options.captureMicrophone;
     preferences.captureWebcam = options.captureWebcam;
@@ -382,7 +385,7 @@ QCoro::Task<RecordingController::AgentStartResult> RecordingController::startFor
     auto outcome = co_await start(std::move(source), std::move(preferences), cancel, StartedBy::agent);
     if (auto* failure = std::get_if<Failed>(&outcome)) co_return std::move(*failure);
     auto* const started = std::get_if<Started>(&outcome);
-    if (started == nullptr) co_return Failed{"The recording was cancelled before it started."};
+    if (started == nullptr) co_return Failed{"The recording was cancelled before it started.", {}};
     limitAgentRecording(started->bundle);
     co_return std::move(*started);
 }

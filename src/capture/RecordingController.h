@@ -51,6 +51,7 @@ class RecordingController : public QObject {
     };
     struct Failed {
         std::string message;  ///< for the user
+        std::string advice;   ///< a sentence beyond it, if there is one
     };
     struct Cancelled {};
     using StartOutcome = std::variant<Started, Failed, Cancelled>;
@@ -129,7 +130,7 @@ class RecordingController : public QObject {
     void takePreflightPicture(const ContentFilter& filter);
     StartOutcome stayIdle(StartedBy by);
     QCoro::Task<StartOutcome> giveUp(StartedBy by);
-    QCoro::Task<StartOutcome> fail(std::string reason, StartedBy by);
+    QCoro::Task<StartOutcome> fail(Failed failure, StartedBy by);
     void limitAgentRecording(const std::filesystem::path& bundle);
     QCoro::Task<> leaveQuietly();
     QCoro::Task<> startScreen(CaptureTarget target, std::unique_ptr<LiveSoundSource> systemAudio,

@@ -91,7 +91,7 @@ class RecordRun {
         if (std::holds_alternative<RecordingController::Cancelled>(outcome))
             co_return ExitStatus::interrupted;
         if (const auto* failure = std::get_if<RecordingController::Failed>(&outcome)) {
-            throw CommandError(failure->message + (endReason_ ? " " + *endReason_ : std::string()));
+            throw CommandError(wholeReason(*failure));
         }
         co_await untilEnd();
         line_.show(std::string());
@@ -99,6 +99,14 @@ class RecordRun {
         if (endReason_) std::cerr << *endReason_ << " What was recorded until then is saved.\n";
         std::cout << controller_.lastBundle()->string() << std::endl;
         co_return ExitStatus::done;
+    }
+
+    /// With what is known beyond the words that the user of a window would be shown.
+    std::string wholeReason(const RecordingController::Failed& failure) const {
+        std::string reason = presenter_.failure();
+        if (!failure.advice.empty()) reason += " " + failure.advice;
+        if (endReason_) reason += " " + *endReason_;
+        return reason;
     }
 
     /// Nothing when the user was to select an area and cancelled. A pick is left to the recording.

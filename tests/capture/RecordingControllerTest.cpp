@@ -101,7 +101,12 @@ TEST_F(Recording, AFailureWithoutPermissionForTheScreenSaysSo) {
     except({{Permission::screenRecording, PermissionStatus::denied}});
     start();
     EXPECT_EQ(presenter.told, std::vector{std::string("no permission: ") + CaptureError::noFrames().what()});
+}
+
+TEST_F(Recording, RemembersThatTheScreenWasLookedAtAlsoWhereItMayBe) {
+    startedBundle();
     EXPECT_EQ(Defaults(folder.path() / "settings.ini").boolean("askedScreenRecording"), true);
+    stop();
 }
 
 TEST_F(Recording, ASourceThatCannotBeFoundMakesNoFolder) {

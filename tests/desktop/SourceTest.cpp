@@ -60,7 +60,9 @@ TEST(Source, DisplaysAreTheServersMonitors) {
     EXPECT_EQ(picture.width(), 320);
     EXPECT_TRUE(isNearly(colorAt(picture, 3, 3), green));
     EXPECT_EQ(bundle.readLog().captureRect, (CaptureRect{320, 0, 320, 480, 1}));
-    EXPECT_EQ(refusal(desktop, {"--display", "2"}).find("tessaloom: No display available to capture."), 0U);
+    EXPECT_EQ(refusal(desktop, {"--display", "2"})
+                  .find("tessaloom: Couldn't start recording: No display available to capture. "),
+              0U);
 }
 
 TEST(Source, AnAreaAcrossTwoMonitorsIsCutToTheOneWithMoreOfIt) {
@@ -72,17 +74,17 @@ TEST(Source, AnAreaAcrossTwoMonitorsIsCutToTheOneWithMoreOfIt) {
 
 TEST(Source, AnAreaOffEveryScreenIsRefused) {
     const VirtualDesktop desktop(640, 480);
-    EXPECT_EQ(
-        refusal(desktop, {"--area", "5000,0,100,100"}).find("tessaloom: No display available to capture."),
-        0U);
+    EXPECT_EQ(refusal(desktop, {"--area", "5000,0,100,100"})
+                  .find("tessaloom: Couldn't start recording: No display available to capture. "),
+              0U);
 }
 
 TEST(Source, AnUnknownWindowIsRefused) {
     const VirtualDesktop desktop(640, 480);
-    EXPECT_EQ(
-        refusal(desktop, {"--window", "Safari", "--title", "News"}),
-        "tessaloom: No visible window matches Safari \"News\". Check the app is open and the window is not "
-        "minimised.\n");
+    EXPECT_EQ(refusal(desktop, {"--window", "Safari", "--title", "News"}),
+              "tessaloom: Couldn't start recording: No visible window matches Safari \"News\". Check the app "
+              "is open "
+              "and the window is not minimised.\n");
 }
 
 TEST(Source, ScaledDesktopsAreMeasuredInPoints) {
