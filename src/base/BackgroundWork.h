@@ -9,9 +9,9 @@
 
 namespace tessaloom {
 
-/// Work on a thread of its own that nobody has to wait for but may. When this goes, it waits for the work, but
-/// not longer than a limit; after that the thread goes on by itself, so the work must own what it uses, and
-/// must not throw.
+/// Work on a thread of its own that nobody has to wait for but may. When this goes, it waits for the work,
+/// but not longer than a limit; after that the thread goes on by itself, so the work must own what it uses,
+/// and must not throw.
 class BackgroundWork {
   public:
     BackgroundWork(std::function<void()> work, std::chrono::milliseconds longestWait);
@@ -20,7 +20,7 @@ class BackgroundWork {
     BackgroundWork& operator=(const BackgroundWork&) = delete;
 
     /// Finished when the work is.
-    const QFuture<void>& future() const { return future_; }
+    QFuture<void> future() const { return future_; }
 
   private:
     std::chrono::milliseconds longestWait_;

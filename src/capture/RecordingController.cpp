@@ -203,16 +203,14 @@ QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier,
 
 QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identifier, StartedBy by) {
     if (!wanted) {
-        co_await setPreview(nullptr);
+        warmCamera_.turnOff();
         co_return;
     }
-    if (previewWebcam_) {  // the warm one records, and nothing has to start again
-        webcam_ = std::move(previewWebcam_);
-        co_return;
-    }
+    webcam_ = co_await warmCamera_.take();
+    if (webcam_) co_return;  // nothing has to start again
     std::string reason;
     try {
-        webcam_ = co_await openCamera(std::move(identifier));
+        webcam_ = co_await warmCamera_.open(std::move(identifier));
         presenter_.showCamera(*webcam_, cameraChoice_);
         co_return;
     } catch (const std::exception& error) {
@@ -224,14 +222,6 @@ QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identi
     } else {
         co_await presenter_.tellWithoutCamera(reason);
     }
-}
-
-QCoro::Task<std::unique_ptr<WebcamRecorder>> RecordingController::openCamera(std::string identifier) {
-    std::function<std::unique_ptr<CameraSource>()> open = [this, identifier] {
-        return devices_.openCamera(identifier);
-    };
-    auto camera = co_await opened(std::move(open), clock_);
-    co_return WebcamRecorder::start(std::move(camera));
 }
 
 /// None when it isn't wanted or there is no sound server, which is told.
@@ -256,35 +246,16 @@ QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAud
 
 QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamDeviceID,
                                                     CameraChoice choice) {
-    if (state_ != State::idle || on == hasCameraPreview()) co_return;
-    if (!on) {
-        co_await setPreview(nullptr);
-        co_return;
-    }
-    try {
-        auto camera = co_await openCamera(std::move(webcamDeviceID));
-        // A recording that began meanwhile has opened its own.
-        if (state_ != State::idle) {
-            co_await camera->stop(clock_);
-            co_return;
-        }
-        co_await setPreview(std::move(camera));
-        presenter_.showCamera(*previewWebcam_, choice);
-    } catch (const std::exception& error) {
-        qCCritical(Log::recording, "Camera preview unavailable: %s", error.what());
+    if (state_ != State::idle) co_return;
+    if (on) {
+        co_await warmCamera_.turnOn(std::move(webcamDeviceID), choice);
+    } else {
+        warmCamera_.turnOff();
     }
 }
 
 void RecordingController::refreshCameraPreview(const CameraChoice& choice) {
-    if (previewWebcam_ && state_ == State::idle) presenter_.showCamera(*previewWebcam_, choice);
-}
-
-/// Lets go of the camera that was warm before.
-QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> camera) {
-    const auto old = std::exchange(previewWebcam_, std::move(camera));
-    if (!old) co_return;
-    presenter_.hideCamera();
-    co_await old->stop(clock_);
+    if (state_ == State::idle) warmCamera_.show(choice);
 }
 
 QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
@@ -363,15 +334,15 @@ QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     if (afterwards == Afterwards::openEditor) {
         presenter_.openEditor(*lastBundle_);
     } else {
-        co_await leaveQuietly();
+        leaveQuietly();
     }
 }
 
 /// After a recording that nobody started by hand nothing stays on the screen.
-QCoro::Task<> RecordingController::leaveQuietly() {
-    if (state_ != State::idle) co_return;
+void RecordingController::leaveQuietly() {
+    if (state_ != State::idle) return;
     presenter_.hideRecordBar();
-    co_await setPreview(nullptr);
+    warmCamera_.turnOff();
 }
 
 QCoro::Task<RecordingController::AgentStartResult> RecordingController::startForAgent(
@@ -443,7 +414,8 @@ void RecordingController::storeLog(const EventLog& log) {
 QCoro::Task<> RecordingController::abortCapture() {
     presenter_.restoreDesktopIcons();
     presenter_.hideCamera();
-    co_await setPreview(nullptr);
+    warmCamera_.turnOff();
+    co_await warmCamera_.untilLetGo();
     if (screen_) co_await screen_->stop(clock_);
     if (input_) {
         input_->stop();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/WarmCamera.h"
 
+#include <QCoroFuture>
 #include <exception>
 #include <functional>
 #include <utility>
@@ -15,8 +16,8 @@ namespace tessaloom {
 
 QCoro::Task<> WarmCamera::turnOn(std::string identifier, CameraChoice choice) {
     wanted_ = Wanted{std::move(identifier), choice};
-    if (camera_ || isOpening_) co_return;
-    isOpening_ = true;
+    if (camera_ || opening_) co_return;
+    opening_.emplace().start();
     while (wanted_ && !camera_) {
         const std::string opening = wanted_->identifier;
         auto opened = co_await openOrLog(opening);
@@ -30,7 +31,8 @@ QCoro::Task<> WarmCamera::turnOn(std::string identifier, CameraChoice choice) {
             presenter_.showCamera(*camera_, wanted_->choice);
         }
     }
-    isOpening_ = false;
+    opening_->finish();
+    opening_.reset();
 }
 
 void WarmCamera::turnOff() {
@@ -44,9 +46,13 @@ void WarmCamera::show(const CameraChoice& choice) {
     if (camera_) presenter_.showCamera(*camera_, choice);
 }
 
-std::unique_ptr<WebcamRecorder> WarmCamera::take() {
+QCoro::Task<std::unique_ptr<WebcamRecorder>> WarmCamera::take() {
+    if (opening_ && wanted_) {
+        const auto opened = opening_->future();
+        co_await opened;
+    }
     wanted_.reset();
-    return std::move(camera_);
+    co_return std::move(camera_);
 }
 
 QCoro::Task<std::unique_ptr<WebcamRecorder>> WarmCamera::open(std::string identifier) {
@@ -71,8 +77,9 @@ QCoro::Task<std::unique_ptr<WebcamRecorder>> WarmCamera::openOrLog(std::string i
 
 void WarmCamera::letGo(std::unique_ptr<WebcamRecorder> camera) {
     std::erase_if(leaving_, [](const BackgroundWork& work) { return work.future().isFinished(); });
-    if (camera) leaving_.emplace_back([recorder = std::shared_ptr(std::move(camera))] { recorder->finish(); },
-                                      WebcamRecorder::finishLimit);
+    if (camera)
+        leaving_.emplace_back([recorder = std::shared_ptr(std::move(camera))] { recorder->finish(); },
+                              WebcamRecorder::finishLimit);
 }
 
 QCoro::Task<> WarmCamera::untilLetGo() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QPromise>
 #include <list>
 #include <memory>
 #include <optional>
@@ -22,25 +23,26 @@ namespace tessaloom {
 class WarmCamera {
   public:
     /// All of them must outlive it.
-    WarmCamera(RecordingDevices& devices, RecordingPresenter& presenter, const PermissionsManager& permissions,
-               WaitClock& clock)
+    WarmCamera(RecordingDevices& devices, RecordingPresenter& presenter,
+               const PermissionsManager& permissions, WaitClock& clock)
         : devices_(devices), presenter_(presenter), permissions_(permissions), clock_(clock) {}
 
     bool isOn() const { return camera_ != nullptr; }
 
-    /// Nothing when there is one already. One that is still being opened for an earlier call is this one's too,
-    /// which then returns at once. A camera that can't be opened is logged, and stays off.
+    /// Nothing when there is one already. One that is still being opened for an earlier call is this one's
+    /// too, which then returns at once. A camera that can't be opened is logged, and stays off.
     QCoro::Task<> turnOn(std::string identifier, CameraChoice choice);
     /// Also one that is still being opened. The device itself is let go in the background.
     void turnOff();
     /// Shows its picture anew, if it is on.
     void show(const CameraChoice& choice);
 
-    /// Hands the camera over, its picture still shown; nothing unless it is on. One that is being opened is let
-    /// go when it comes.
-    std::unique_ptr<WebcamRecorder> take();
+    /// Hands the camera over, its picture still shown, once one that is being opened has come; nothing when
+    /// none is on.
+    QCoro::Task<std::unique_ptr<WebcamRecorder>> take();
 
-    /// Another camera, once those let go of before have ended. Throws CaptureError, and what the device throws.
+    /// Another camera, once those let go of before have ended. Throws CaptureError, and what the device
+    /// throws.
     QCoro::Task<std::unique_ptr<WebcamRecorder>> open(std::string identifier);
 
     /// Suspends until those let go of have ended, each within the time that a camera may take for it.
@@ -59,8 +61,8 @@ class WarmCamera {
     RecordingPresenter& presenter_;
     const PermissionsManager& permissions_;
     WaitClock& clock_;
-    std::optional<Wanted> wanted_;  ///< as of the last call
-    bool isOpening_ = false;
+    std::optional<Wanted> wanted_;           ///< as of the last call
+    std::optional<QPromise<void>> opening_;  ///< while one is opened
     std::unique_ptr<WebcamRecorder> camera_;
     std::list<BackgroundWork> leaving_;
 };
