@@ -14,11 +14,6 @@
 #include "media/PictureScaling.h"
 
 namespace tessaloom {
-namespace {
-
-constexpr std::chrono::seconds finishLimit{4};
-
-}  // namespace
 
 /// What the source's thread and a finish that overstays its limit go on using.
 struct WebcamRecorder::Recording {
@@ -130,6 +125,10 @@ QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit, 
         const std::chrono::duration<double> seconds = limit;
         qCCritical(Log::webcam, "Webcam did not begin writing within %.1fs", seconds.count());
     }
+}
+
+void WebcamRecorder::finish() {
+    recording_->finish();
 }
 
 QCoro::Task<> WebcamRecorder::stop(WaitClock& clock) {

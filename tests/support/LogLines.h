@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QStringList>
+#include <QString>
 #include <QtMessageHandler>
 #include <algorithm>
 #include <mutex>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaloom::test {
 
@@ -21,21 +23,42 @@ class LogLines {
     LogLines& operator=(const LogLines&) = delete;
 
     bool contains(std::string_view text) const {
+        return any(text, [](const Line&) { return true; });
+    }
+    bool contains(QtMsgType level, std::string_view text) const {
+        return any(text, [level](const Line& line) { return line.level == level; });
+    }
+    /// From the first one on.
+    std::vector<std::string> texts() const {
         const std::lock_guard guard(lock_);
-        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-        return std::ranges::any_of(lines_, [&](const QString& line) { return line.contains(part); });
+        std::vector<std::string> all;
+        for (const Line& line : lines_)
+            all.push_back(line.text.toStdString());
+        return all;
     }
 
   private:
-    static void receive(QtMsgType, const QMessageLogContext&, const QString& line) {
+    struct Line {
+        QtMsgType level;
+        QString text;
+    };
+
+    template <typename Condition>
+    bool any(std::string_view text, Condition condition) const {
         const std::lock_guard guard(lock_);
-        if (current_ != nullptr) current_->lines_.push_back(line);
+        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        return std::ranges::any_of(
+            lines_, [&](const Line& line) { return line.text.contains(part) && condition(line); });
+    }
+    static void receive(QtMsgType level, const QMessageLogContext&, const QString& text) {
+        const std::lock_guard guard(lock_);
+        if (current_ != nullptr) current_->lines_.push_back({level, text});
     }
 
     inline static std::mutex lock_;
     inline static LogLines* current_ = nullptr;
     QtMessageHandler previous_;
-    QStringList lines_;
+    std::vector<Line> lines_;
 };
 
 }  // namespace tessaloom::test

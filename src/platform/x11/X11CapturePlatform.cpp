@@ -41,6 +41,14 @@ ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*connection);
 }
 
+ContentFilter X11CapturePlatform::withPresentFrame(const ContentFilter& filter) {
+    if (!filter.window) return filter;
+    const auto connection = X11Connection::open();
+    const auto limit = connection->limitWaits();
+    const auto frame = windowFrame(*connection, *filter.window, filter.pointPixelScale);
+    return {filter.window, frame.value_or(filter.contentRect), filter.pointPixelScale};
+}
+
 bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
     const auto connection = X11Connection::open();
     const auto limit = connection->limitWaits();

@@ -12,6 +12,7 @@ class X11CapturePlatform final : public CapturePlatform {
     static bool isThere();
 
     ShareableContent shareableContent() override;
+    ContentFilter withPresentFrame(const ContentFilter& filter) override;
     bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
     BgraImage wallpaper(const DesktopScreen& screen) override;

@@ -70,17 +70,6 @@ bool isOrdinaryAndVisible(const X11Connection& connection, xcb_window_t window) 
            reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
 }
 
-std::optional<Rect> frameOf(const X11Connection& connection, xcb_window_t window, double scale) {
-    const auto geometryCookie = xcb_get_geometry(connection, window);
-    const auto positionCookie = xcb_translate_coordinates(connection, window, connection.root(), 0, 0);
-    const X11Reply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection, geometryCookie, nullptr));
-    const X11Reply<xcb_translate_coordinates_reply_t> position(
-        xcb_translate_coordinates_reply(connection, positionCookie, nullptr));
-    if (!geometry || !position) return std::nullopt;
-    return inPoints(position->dst_x, position->dst_y, geometry->width, geometry->height, scale);
-}
-
 std::string processName(std::uint32_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/comm");
     std::string name;
@@ -142,6 +131,17 @@ double pointPixelScale(const X11Connection& connection) {
     return dotsPerInch > 0 ? dotsPerInch / dotsPerInchOfOnePixelPerPoint : 1.0;
 }
 
+std::optional<Rect> windowFrame(const X11Connection& connection, xcb_window_t window, double scale) {
+    const auto geometryCookie = xcb_get_geometry(connection, window);
+    const auto positionCookie = xcb_translate_coordinates(connection, window, connection.root(), 0, 0);
+    const X11Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection, geometryCookie, nullptr));
+    const X11Reply<xcb_translate_coordinates_reply_t> position(
+        xcb_translate_coordinates_reply(connection, positionCookie, nullptr));
+    if (!geometry || !position) return std::nullopt;
+    return inPoints(position->dst_x, position->dst_y, geometry->width, geometry->height, scale);
+}
+
 ShareableContent readShareableContent(const X11Connection& connection) {
     ShareableContent content;
     content.pointPixelScale = pointPixelScale(connection);
@@ -153,7 +153,7 @@ ShareableContent readShareableContent(const X11Connection& connection) {
     std::ranges::reverse(windows);
     for (const xcb_window_t window : windows) {
         if (!isOrdinaryAndVisible(connection, window)) continue;
-        if (const auto frame = frameOf(connection, window, content.pointPixelScale)) {
+        if (const auto frame = windowFrame(connection, window, content.pointPixelScale)) {
             content.windows.push_back(describe(connection, window, *frame, entries));
         }
     }
