@@ -17,9 +17,6 @@ namespace {
 
 constexpr std::uint8_t alphaDepth = 32;
 
-/// Fading out included.
-constexpr double longestRepaintSeconds = 0.4;
-
 bool overlap(const PixelRect& a, const PixelRect& b) {
     const PixelRect common = intersection(a, b);
     return common.width > 0 && common.height > 0;
@@ -92,7 +89,8 @@ bool X11BeneathWindows::isPossible(const X11Connection& connection) {
            isThere(&xcb_render_id);
 }
 
-X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connection_(connection) {
+X11BeneathWindows::X11BeneathWindows(const X11Connection& connection, const std::vector<LeftArea>& leftAreas)
+    : connection_(connection) {
     // The server answers requests of an extension only after its version was asked for.
     const X11Reply<xcb_composite_query_version_reply_t> compositeVersion(xcb_composite_query_version_reply(
         connection, xcb_composite_query_version(connection, 0, 4), nullptr));
@@ -102,6 +100,7 @@ X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connecti
         xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
     readFormats();
     composited_ = isComposited(connection);
+    if (composited_) leftAreas_ = leftAreas;
     desktop_.emplace(connection, composited_);
     refresh();
 }
@@ -177,9 +176,9 @@ std::vector<PixelRect> X11BeneathWindows::leftAndPresent(const std::vector<Pixel
     const double now = HostClock::seconds();
     for (const PixelRect& area : std::exchange(presentAreas_, present)) {
         const bool isLeft = std::ranges::find(present, area) == present.end();
-        if (isLeft && composited_) leftAreas_.push_back({area, now + longestRepaintSeconds});
+        if (isLeft && composited_) leftAreas_.push_back({area, now});
     }
-    std::erase_if(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
+    std::erase_if(leftAreas_, [&](const LeftArea& left) { return left.isClear(now); });
     std::vector<PixelRect> areas = present;
     std::ranges::transform(leftAreas_, std::back_inserter(areas), &LeftArea::area);
     return areas;
@@ -187,7 +186,7 @@ std::vector<PixelRect> X11BeneathWindows::leftAndPresent(const std::vector<Pixel
 
 bool X11BeneathWindows::isOutdated() const {
     const double now = HostClock::seconds();
-    return std::ranges::any_of(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
+    return std::ranges::any_of(leftAreas_, [&](const LeftArea& left) { return left.isClear(now); });
 }
 
 /// A resized or newly shown window has a new pixmap, so it is named anew each time.
