@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11BeneathWindows.h"
 
-#include <unistd.h>
 #include <xcb/composite.h>
 #include <xcb/xfixes.h>
 
@@ -11,6 +10,7 @@
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11WindowOwner.h"
 
 namespace tessaloom {
 namespace {
@@ -127,17 +127,17 @@ void X11BeneathWindows::readFormats() {
     }
 }
 
-/// Asked once for each window: it is told before the window is first shown.
+/// Found out once for each window: it is told before the window is first shown.
 bool X11BeneathWindows::isOurOwn(xcb_window_t window) {
     const auto known = isOwn_.find(window);
     if (known != isOwn_.end()) return known->second;
-    const auto process = connection_.property32(window, connection_.atom("_NET_WM_PID"));
-    const auto types = connection_.property32(window, connection_.atom("_NET_WM_WINDOW_TYPE"));
+    const xcb_window_t inside = applicationWindowIn(connection_, window);
+    if (inside == XCB_NONE) return false;  // a frame may yet get one
+    const auto types = connection_.property32(inside, connection_.atom("_NET_WM_WINDOW_TYPE"));
     // The desktop cover is the one of ours that belongs in the picture.
     const bool isDesktop =
         std::ranges::find(types, connection_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) != types.end();
-    return isOwn_[window] =
-               !isDesktop && !process.empty() && process.front() == static_cast<std::uint32_t>(getpid());
+    return isOwn_[window] = !isDesktop && isOwnClass(instanceAndClass(connection_, inside).second);
 }
 
 void X11BeneathWindows::forget(xcb_window_t window) {
