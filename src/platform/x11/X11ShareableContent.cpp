@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
 
 #include "platform/x11/DesktopEntries.h"
+#include "platform/x11/ProcessName.h"
 #include "platform/x11/X11WindowOwner.h"
 
 namespace tessaloom {
@@ -71,13 +71,6 @@ std::optional<Rect> frameOf(const X11Connection& connection, xcb_window_t window
         xcb_translate_coordinates_reply(connection, positionCookie, nullptr));
     if (!geometry || !position) return std::nullopt;
     return inPoints(position->dst_x, position->dst_y, geometry->width, geometry->height, scale);
-}
-
-std::string processName(std::uint32_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
 }
 
 bool isNormalType(const X11Connection& connection, xcb_window_t window) {
