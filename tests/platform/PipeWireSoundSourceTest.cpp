@@ -159,6 +159,14 @@ class PipeWireSound : public ::testing::Test {
         }
     }
 
+    /// How many frames a cycle has, whatever anybody asks for.
+    void forceCycles(int frames) {
+        test::ChildProcess(
+            {"pw-metadata", "-n", "settings", "0", "clock.force-quantum", std::to_string(frames)},
+            server.environment())
+            .waitForExit(5s);
+    }
+
     SoundServer server;
     PipeWireDevices devices;
 };
@@ -309,6 +317,25 @@ TEST_F(PipeWireSound, WhatAListenerMissesIsCounted) {
     sleepUntil(beep + 0.3);
     EXPECT_GT(ear.lost(), 0);
     EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, NothingIsMissedWhenCyclesBecomeShorterOrLonger) {
+    const auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone(""));
+    const auto lostInAChange = [&] {
+        const int before = ear.lost();
+        for (const int frames : {2048, 256, 1024}) {
+            forceCycles(frames);
+            std::this_thread::sleep_for(200ms);
+        }
+        return ear.lost() - before;
+    };
+    int lost = lostInAChange();
+    // A busy server may leave out one or another itself.
+    for (int tries = 1; tries < 4 && lost > 0; ++tries)
+        lost = std::min(lost, lostInAChange());
+    EXPECT_EQ(lost, 0);
+    EXPECT_GT(ear.end(), HostClock::seconds() - 0.2) << "there was something to lose";
 }
 
 TEST_F(PipeWireSound, AnotherMicrophoneTakesOverFromAnUnpluggedOne) {

@@ -59,7 +59,7 @@ std::vector<const spa_pod*> PipeWireSoundSource::formats(spa_pod_builder& builde
 }
 
 void PipeWireSoundSource::formatChosen(const spa_pod&) {
-    lastTime_.reset();
+    lost_.restart();
 }
 
 void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle& cycle) {
@@ -68,9 +68,10 @@ void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle
     const auto frames = bytes.size() / sizeof(float) / channels;
     if (frames == 0) return;
     const std::span samples(reinterpret_cast<const float*>(bytes.data()), frames * channels);
-    handler_({.hostTime = timeOfFirst(static_cast<double>(frames) / sampleRate, cycle),
+    const double length = static_cast<double>(frames) / sampleRate;
+    handler_({.hostTime = timeOfFirst(length, cycle),
               .samples = samples,
-              .buffersLostBefore = lostBefore(frames, cycle.time)});
+              .buffersLostBefore = lostBefore(length, cycle)});
 }
 
 /// A microphone tells how old the first sample of a cycle is. One that doesn't has at least taken them all.
@@ -86,12 +87,10 @@ double PipeWireSoundSource::timeOfFirst(double length, const PipeWireCycle& cycl
     return start - (cycle.senderDrives ? cycle.length : 0) + cycle.playbackDelay;
 }
 
-int PipeWireSoundSource::lostBefore(std::size_t frames, const pw_time& time) {
-    const auto last = std::exchange(lastTime_, time);
-    if (!last || time.rate.denom == 0 || frames == 0) return 0;
-    const double passed = seconds(static_cast<std::int64_t>(time.ticks - last->ticks), time);
-    const double buffers = passed * sampleRate / static_cast<double>(frames);
-    return std::max(0, static_cast<int>(std::lround(buffers)) - 1);
+int PipeWireSoundSource::lostBefore(double length, const PipeWireCycle& cycle) {
+    if (cycle.time.rate.denom == 0) return 0;
+    const double start = seconds(static_cast<std::int64_t>(cycle.time.ticks), cycle.time);
+    return lost_.before({.driver = cycle.driver, .cycleStart = start, .length = length});
 }
 
 }  // namespace tessaloom

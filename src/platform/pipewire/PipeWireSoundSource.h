@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "capture/LiveSoundSource.h"
+#include "platform/pipewire/LostBuffers.h"
 #include "platform/pipewire/PipeWireStream.h"
 
 namespace tessaloom {
@@ -34,13 +34,13 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     void formatChosen(const spa_pod& format) override;
     void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
     double timeOfFirst(double length, const PipeWireCycle& cycle) const;
-    int lostBefore(std::size_t frames, const pw_time& time);
+    int lostBefore(double length, const PipeWireCycle& cycle);
 
     Kind kind_;
     std::string node_;
     std::string description_;
     Handler handler_;
-    std::optional<pw_time> lastTime_;  ///< of the last buffer since the stream was last opened
+    LostBuffers lost_;
     PipeWireStream stream_;
 };
 

@@ -149,7 +149,7 @@ class Session {
     }
 
     PipeWireCycle cycleOf(const ArrivedBuffers::Arrived& arrived) const {
-        PipeWireCycle cycle{.time = arrived.time};
+        PipeWireCycle cycle{.time = arrived.time, .driver = arrived.driver};
         if (arrived.time.rate.num == 0) return cycle;
         const double rate = static_cast<double>(arrived.time.rate.denom) / arrived.time.rate.num;
         cycle.length = static_cast<double>(arrived.duration) / rate;

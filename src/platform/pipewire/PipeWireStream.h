@@ -19,6 +19,7 @@ std::span<const std::uint8_t> contentOf(const spa_buffer& buffer);
 /// The cycle of the server's graph that brought a buffer.
 struct PipeWireCycle {
     pw_time time{};             ///< of its start
+    std::uint32_t driver = 0;   ///< the node whose clock that is
     double length = 0;          ///< in seconds; 0 when it isn't known
     bool senderDrives = false;  ///< the node that sent the buffer sets the graph's pace, and follows no other
     bool senderPlays = false;   ///< the buffer is what that node is given to play
