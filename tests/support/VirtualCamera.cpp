@@ -44,11 +44,13 @@ VirtualCamera::VirtualCamera(const std::string& socket, const std::string& name,
     spa_pod_builder_init(&builder, memory.data(), memory.size());
     const spa_rectangle size{width, height};
     const spa_fraction rate{30, 1};
+    const auto pixels =
+        behaviour == Behaviour::hasStrangePictures ? SPA_VIDEO_FORMAT_GRAY16_BE : SPA_VIDEO_FORMAT_YUY2;
     const void* format = spa_pod_builder_add_object(
         &builder, SPA_TYPE_OBJECT_Format, SPA_PARAM_EnumFormat, SPA_FORMAT_mediaType,
         SPA_POD_Id(SPA_MEDIA_TYPE_video), SPA_FORMAT_mediaSubtype, SPA_POD_Id(SPA_MEDIA_SUBTYPE_raw),
-        SPA_FORMAT_VIDEO_format, SPA_POD_Id(SPA_VIDEO_FORMAT_YUY2), SPA_FORMAT_VIDEO_size,
-        SPA_POD_Rectangle(&size), SPA_FORMAT_VIDEO_framerate, SPA_POD_Fraction(&rate));
+        SPA_FORMAT_VIDEO_format, SPA_POD_Id(pixels), SPA_FORMAT_VIDEO_size, SPA_POD_Rectangle(&size),
+        SPA_FORMAT_VIDEO_framerate, SPA_POD_Fraction(&rate));
     plugIn({pod(format)}, static_cast<pw_stream_flags>(PW_STREAM_FLAG_DRIVER | PW_STREAM_FLAG_MAP_BUFFERS));
 }
 

@@ -61,8 +61,8 @@ void PipeWireConnection::listen() {
     pw_core_add_listener(core_.get(), &coreHook_, &events, this);
 }
 
-void PipeWireConnection::iterate() {
-    pw_loop_iterate(loop_.get(), -1);
+void PipeWireConnection::iterate(std::chrono::milliseconds limit) {
+    pw_loop_iterate(loop_.get(), static_cast<int>(limit.count()));
 }
 
 void PipeWireConnection::wake() {
@@ -73,7 +73,7 @@ void PipeWireConnection::roundTrip(std::chrono::milliseconds limit) {
     const int asked = pw_core_sync(core_.get(), PW_ID_CORE, 0);
     const auto deadline = steady_clock::now() + limit;
     while (answered_ != asked && !lost_ && steady_clock::now() < deadline)
-        pw_loop_iterate(loop_.get(), 50);
+        iterate(std::chrono::milliseconds(50));
     if (answered_ != asked) throw std::runtime_error("The PipeWire sound server doesn't answer.");
 }
 

@@ -16,6 +16,8 @@ struct PipeWireDelete {
     void operator()(pw_core* core) const { pw_core_disconnect(core); }
     void operator()(pw_stream* stream) const { pw_stream_destroy(stream); }
     void operator()(pw_port* port) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(port)); }
+    void operator()(pw_node* node) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(node)); }
+    void operator()(pw_link* link) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(link)); }
     void operator()(pw_registry* registry) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry)); }
 };
 
@@ -44,8 +46,8 @@ class PipeWireConnection {
     /// The server has gone; nothing of this connection works any more.
     bool lost() const { return lost_; }
 
-    /// Waits until something happens, and handles it.
-    void iterate();
+    /// Waits until something happens, but not longer than `limit`, and handles it.
+    void iterate(std::chrono::milliseconds limit);
     /// Ends an iterate() that waits. Any thread, also a real-time one.
     void wake();
 

@@ -43,8 +43,10 @@ std::unique_ptr<LiveSoundSource> PipeWireDevices::openMicrophone(const std::stri
     const auto microphones = devicesIfAny("Audio/Source");
     if (microphones.empty()) throw CaptureError::noMicrophone();
     const auto chosen = choose(microphones, identifier, "the default microphone");
-    return std::make_unique<PipeWireSoundSource>(PipeWireSoundSource::Kind::microphone, chosen.name,
-                                                 chosen.description);
+    auto microphone = std::make_unique<PipeWireSoundSource>(PipeWireSoundSource::Kind::microphone,
+                                                            chosen.name, chosen.description);
+    microphone->open();
+    return microphone;
 }
 
 std::unique_ptr<LiveSoundSource> PipeWireDevices::openSystemAudio() {
@@ -57,7 +59,9 @@ std::unique_ptr<CameraSource> PipeWireDevices::openCamera(const std::string& ide
     const auto cameras = devicesIfAny("Video/Source");
     if (cameras.empty()) throw CaptureError::noCamera();
     const auto chosen = choose(cameras, identifier, "the default camera");
-    return std::make_unique<PipeWireCameraSource>(chosen.name, chosen.description);
+    auto camera = std::make_unique<PipeWireCameraSource>(chosen.name, chosen.description);
+    camera->open();
+    return camera;
 }
 
 }  // namespace tessaloom

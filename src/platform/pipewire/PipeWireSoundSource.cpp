@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include "base/HostClock.h"
+#include "base/Log.h"
 
 namespace tessaloom {
 namespace {
@@ -34,8 +36,18 @@ SoundFormat PipeWireSoundSource::format() const {
     return {.sampleRate = sampleRate, .channels = kind_ == Kind::microphone ? 1 : 2};
 }
 
+void PipeWireSoundSource::open() {
+    stream_.start();
+    try {
+        stream_.waitUntilItWorks(PipeWireStream::openLimit);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(description_ + " can't be used: " + error.what() + ".");
+    }
+}
+
 void PipeWireSoundSource::start(Handler handler) {
     handler_ = std::move(handler);
+    started_ = true;
     stream_.start();
 }
 
@@ -63,6 +75,7 @@ void PipeWireSoundSource::formatChosen(const spa_pod&) {
 }
 
 void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle& cycle) {
+    if (!started_) return;
     const auto bytes = contentOf(buffer);
     const auto channels = static_cast<std::size_t>(format().channels);
     const auto frames = bytes.size() / sizeof(float) / channels;
@@ -72,6 +85,12 @@ void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle
     handler_({.hostTime = timeOfFirst(length, cycle),
               .samples = samples,
               .buffersLostBefore = lostBefore(length, cycle)});
+}
+
+void PipeWireSoundSource::troubled(const std::string& reason) {
+    const bool isMicrophone = kind_ == Kind::microphone;
+    qCCritical(isMicrophone ? Log::mic : Log::screenCapture, "No sound comes from %s: %s",
+               description_.c_str(), reason.c_str());
 }
 
 /// A microphone tells how old the first sample of a cycle is. One that doesn't has at least taken them all.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "capture/LiveSoundSource.h"
@@ -22,6 +23,10 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     PipeWireSoundSource(Kind kind, std::string node, std::string description);
     ~PipeWireSoundSource() override;
 
+    /// Throws std::runtime_error, in words for people, when the device is there but can't be used. Takes
+    /// only moments where all is well.
+    void open();
+
     std::string name() const override { return description_; }
     SoundFormat format() const override;
     void start(Handler handler) override;
@@ -33,6 +38,7 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     int leastBuffers() const override { return 16; }
     void formatChosen(const spa_pod& format) override;
     void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
+    void troubled(const std::string& reason) override;
     double timeOfFirst(double length, const PipeWireCycle& cycle) const;
     int lostBefore(double length, const PipeWireCycle& cycle);
 
@@ -40,6 +46,7 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     std::string node_;
     std::string description_;
     Handler handler_;
+    std::atomic<bool> started_ = false;  ///< the handler is there
     LostBuffers lost_;
     PipeWireStream stream_;
 };
