@@ -87,6 +87,31 @@ class PipeWireCamera : public ::testing::Test {
     PipeWireDevices devices;
 };
 
+TEST_F(PipeWireCamera, WithoutACameraThereIsNone) {
+    EXPECT_THROW(devices.openCamera(""), CaptureError);
+    EXPECT_THROW(devices.openCamera("gone"), CaptureError);
+}
+
+TEST_F(PipeWireCamera, IsChosenByName) {
+    // Whichever of the two is the default one, once it must be the other.
+    for (const bool firstIsStuck : {true, false}) {
+        using enum VirtualCamera::Behaviour;
+        const auto first = plugIn("first", firstIsStuck ? isStuck : delivers);
+        const auto second = plugIn("second", firstIsStuck ? delivers : isStuck);
+        const std::string wanted = firstIsStuck ? "second" : "first";
+        Watcher eye(devices.openCamera(wanted));
+        EXPECT_EQ(eye.name(), wanted + " (test)");
+        EXPECT_TRUE(eye.nextFlash()) << wanted;
+    }
+}
+
+TEST_F(PipeWireCamera, OneThatIsGoneIsReplacedByTheDefaultOne) {
+    const auto camera = plugIn("camera");
+    Watcher eye(devices.openCamera("gone"));
+    EXPECT_EQ(eye.name(), "camera (test)");
+    EXPECT_TRUE(eye.nextFlash());
+}
+
 class PipeWireCameraOfTimes : public PipeWireCamera,
                               public ::testing::WithParamInterface<VirtualCamera::Behaviour> {};
 

@@ -293,7 +293,34 @@ TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {
     const auto second = plugIn("second");
     EXPECT_EQ(devices.openMicrophone("first")->name(), "first (test)");
     EXPECT_EQ(devices.openMicrophone("second")->name(), "second (test)");
-    EXPECT_EQ(devices.openMicrophone("gone")->name(), "the default microphone");
+}
+
+TEST_F(PipeWireSound, WithNoOrAnUnknownNameItIsTheDefaultOne) {
+    const auto first = plugIn("first");
+    EXPECT_EQ(devices.openMicrophone("")->name(), "first (test)");
+    EXPECT_EQ(devices.openMicrophone("gone")->name(), "first (test)");
+    EXPECT_EQ(devices.openSystemAudio()->name(), "Test speakers");
+    Listener ear(devices.openMicrophone("gone"));
+    const double beep = nextBeep();
+    sleepUntil(beep + 0.3);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, OfTwoMicrophonesTheDefaultOneIsNamed) {
+    const auto first = plugIn("first");
+    const auto second = plugIn("second");
+    for (const char* name : {"second", "first", "second"}) {
+        test::ChildProcess({"pw-metadata", "0", "default.configured.audio.source",
+                            std::string(R"({"name":")") + name + R"("})", "Spa:String:JSON"},
+                           server.environment())
+            .waitForExit(5s);
+        std::string told;
+        for (int round = 0; round < 100 && !told.starts_with(name); ++round) {
+            told = devices.openMicrophone("")->name();
+            std::this_thread::sleep_for(20ms);
+        }
+        EXPECT_EQ(told, std::string(name) + " (test)");
+    }
 }
 
 TEST_F(PipeWireSound, AListenerThatIsHeldUpCatchesUp) {
