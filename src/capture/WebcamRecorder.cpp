@@ -14,12 +14,19 @@
 #include "media/PictureScaling.h"
 
 namespace tessaloom {
+namespace {
+
+/// Two pictures must not fall on one tick of the movie's clock.
+constexpr double shortestStep = 0.001;
+
+}  // namespace
 
 /// What the source's thread and a finish that overstays its limit go on using.
 struct WebcamRecorder::Recording {
     explicit Recording(std::unique_ptr<CameraSource> camera) : source(std::move(camera)) { begun.start(); }
 
     void receive(const CameraPicture& picture);
+    void record(const CameraPicture& picture);
     BgraView fitting(const BgraView& pixels);
     void begin(const CameraPicture& picture);
     void finish();
@@ -30,7 +37,8 @@ struct WebcamRecorder::Recording {
     std::shared_ptr<const CameraSource::Handler> preview;
     QPromise<void> begun;
     bool failed = false;
-    BgraImage scaled;  ///< of the file's size once it has begun
+    double lastTime = 0;  ///< HostClock seconds of the file's last picture
+    BgraImage scaled;     ///< of the file's size once it has begun
     std::unique_ptr<LiveMovie> movie;
 
     std::unique_ptr<CameraSource> source;
@@ -45,14 +53,21 @@ void WebcamRecorder::Recording::receive(const CameraPicture& picture) {
     }
     const std::lock_guard guard(lock);
     if (!file || failed) return;
+    // A camera may repeat a time, or step back after it was held up: only that picture is left out.
+    if (movie && picture.hostTime < lastTime + shortestStep) return;
     try {
-        if (!movie) begin(picture);
-        const std::array<ScreenPatch, 1> whole{{{fitting(picture.pixels), 0, 0}}};
-        movie->append(whole, picture.hostTime);
+        record(picture);
     } catch (const MediaError& error) {
         qCCritical(Log::webcam, "Webcam recording finished with error: %s", error.what());
         failed = true;
     }
+}
+
+void WebcamRecorder::Recording::record(const CameraPicture& picture) {
+    if (!movie) begin(picture);
+    const std::array<ScreenPatch, 1> whole{{{fitting(picture.pixels), 0, 0}}};
+    movie->append(whole, picture.hostTime);
+    lastTime = picture.hostTime;
 }
 
 /// In the file's size, also when another camera has taken over.

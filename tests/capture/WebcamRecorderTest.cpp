@@ -79,6 +79,18 @@ TEST_F(Webcam, AnotherCamerasPicturesAreScaledToTheFilesSize) {
     EXPECT_NEAR(levels[2], 100, 2);
 }
 
+TEST_F(Webcam, APictureThatIsNoLaterThanTheLastOneIsLeftOut) {
+    recorder->startRecording(file);
+    for (const double time : {0.0, 0.5, 0.5, 0.5 + 1e-7, 0.3, 0.4, 0.6, 1.0})
+        deliver(begin + time);
+    stop();
+    const auto times = test::probeMovie(file).times();
+    ASSERT_EQ(times.size(), 5U) << "the last one is carried on to the stop";
+    EXPECT_NEAR(times[1], 0.5, 0.001);
+    EXPECT_NEAR(times[2], 0.6, 0.001);
+    EXPECT_NEAR(times[3], 1.0, 0.001);
+}
+
 TEST_F(Webcam, AWaitForACameraThatIsStuckEnds) {
     recorder->startRecording(file);
     QCoro::waitFor(recorder->waitForFileStart(50ms));

@@ -159,6 +159,14 @@ class PipeWireSound : public ::testing::Test {
         }
     }
 
+    /// How many frames a cycle has, whatever anybody asks for.
+    void forceCycles(int frames) {
+        test::ChildProcess(
+            {"pw-metadata", "-n", "settings", "0", "clock.force-quantum", std::to_string(frames)},
+            server.environment())
+            .waitForExit(5s);
+    }
+
     SoundServer server;
     PipeWireDevices devices;
 };
@@ -285,7 +293,34 @@ TEST_F(PipeWireSound, AMicrophoneIsChosenByName) {
     const auto second = plugIn("second");
     EXPECT_EQ(devices.openMicrophone("first")->name(), "first (test)");
     EXPECT_EQ(devices.openMicrophone("second")->name(), "second (test)");
-    EXPECT_EQ(devices.openMicrophone("gone")->name(), "the default microphone");
+}
+
+TEST_F(PipeWireSound, WithNoOrAnUnknownNameItIsTheDefaultOne) {
+    const auto first = plugIn("first");
+    EXPECT_EQ(devices.openMicrophone("")->name(), "first (test)");
+    EXPECT_EQ(devices.openMicrophone("gone")->name(), "first (test)");
+    EXPECT_EQ(devices.openSystemAudio()->name(), "Test speakers");
+    Listener ear(devices.openMicrophone("gone"));
+    const double beep = nextBeep();
+    sleepUntil(beep + 0.3);
+    EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, OfTwoMicrophonesTheDefaultOneIsNamed) {
+    const auto first = plugIn("first");
+    const auto second = plugIn("second");
+    for (const char* name : {"second", "first", "second"}) {
+        test::ChildProcess({"pw-metadata", "0", "default.configured.audio.source",
+                            std::string(R"({"name":")") + name + R"("})", "Spa:String:JSON"},
+                           server.environment())
+            .waitForExit(5s);
+        std::string told;
+        for (int round = 0; round < 100 && !told.starts_with(name); ++round) {
+            told = devices.openMicrophone("")->name();
+            std::this_thread::sleep_for(20ms);
+        }
+        EXPECT_EQ(told, std::string(name) + " (test)");
+    }
 }
 
 TEST_F(PipeWireSound, AListenerThatIsHeldUpCatchesUp) {
@@ -309,6 +344,25 @@ TEST_F(PipeWireSound, WhatAListenerMissesIsCounted) {
     sleepUntil(beep + 0.3);
     EXPECT_GT(ear.lost(), 0);
     EXPECT_TRUE(ear.heardBeep(beep)) << ear.beepOnset(beep) - beep;
+}
+
+TEST_F(PipeWireSound, NothingIsMissedWhenCyclesBecomeShorterOrLonger) {
+    const auto microphone = plugIn("first");
+    Listener ear(devices.openMicrophone(""));
+    const auto lostInAChange = [&] {
+        const int before = ear.lost();
+        for (const int frames : {2048, 256, 1024}) {
+            forceCycles(frames);
+            std::this_thread::sleep_for(200ms);
+        }
+        return ear.lost() - before;
+    };
+    int lost = lostInAChange();
+    // A busy server may leave out one or another itself.
+    for (int tries = 1; tries < 4 && lost > 0; ++tries)
+        lost = std::min(lost, lostInAChange());
+    EXPECT_EQ(lost, 0);
+    EXPECT_GT(ear.end(), HostClock::seconds() - 0.2) << "there was something to lose";
 }
 
 TEST_F(PipeWireSound, AnotherMicrophoneTakesOverFromAnUnpluggedOne) {

@@ -22,11 +22,13 @@ class LogLines {
     LogLines(const LogLines&) = delete;
     LogLines& operator=(const LogLines&) = delete;
 
-    bool contains(std::string_view text) const {
-        return any(text, [](const Line&) { return true; });
-    }
+    bool contains(std::string_view text) const { return count(text) > 0; }
     bool contains(QtMsgType level, std::string_view text) const {
-        return any(text, [level](const Line& line) { return line.level == level; });
+        return countWhere(text, [level](const Line& line) { return line.level == level; }) > 0;
+    }
+    /// The lines with this text.
+    std::ptrdiff_t count(std::string_view text) const {
+        return countWhere(text, [](const Line&) { return true; });
     }
     /// From the first one on.
     std::vector<std::string> texts() const {
@@ -44,10 +46,10 @@ class LogLines {
     };
 
     template <typename Condition>
-    bool any(std::string_view text, Condition condition) const {
+    std::ptrdiff_t countWhere(std::string_view text, Condition condition) const {
         const std::lock_guard guard(lock_);
         const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-        return std::ranges::any_of(
+        return std::ranges::count_if(
             lines_, [&](const Line& line) { return line.text.contains(part) && condition(line); });
     }
     static void receive(QtMsgType level, const QMessageLogContext&, const QString& text) {

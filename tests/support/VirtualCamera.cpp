@@ -16,6 +16,7 @@ namespace {
 constexpr int stride = VirtualCamera::width * 2;
 constexpr double pictureInterval = 1e9 / 30;  ///< nanoseconds
 constexpr double flashLength = 0.2;
+constexpr double foreignClock = 5000;  ///< seconds before ours
 
 const spa_pod* pod(const void* object) {
     return static_cast<const spa_pod*>(object);
@@ -43,11 +44,13 @@ VirtualCamera::VirtualCamera(const std::string& socket, const std::string& name,
     spa_pod_builder_init(&builder, memory.data(), memory.size());
     const spa_rectangle size{width, height};
     const spa_fraction rate{30, 1};
+    const auto pixels =
+        behaviour == Behaviour::hasStrangePictures ? SPA_VIDEO_FORMAT_GRAY16_BE : SPA_VIDEO_FORMAT_YUY2;
     const void* format = spa_pod_builder_add_object(
         &builder, SPA_TYPE_OBJECT_Format, SPA_PARAM_EnumFormat, SPA_FORMAT_mediaType,
         SPA_POD_Id(SPA_MEDIA_TYPE_video), SPA_FORMAT_mediaSubtype, SPA_POD_Id(SPA_MEDIA_SUBTYPE_raw),
-        SPA_FORMAT_VIDEO_format, SPA_POD_Id(SPA_VIDEO_FORMAT_YUY2), SPA_FORMAT_VIDEO_size,
-        SPA_POD_Rectangle(&size), SPA_FORMAT_VIDEO_framerate, SPA_POD_Fraction(&rate));
+        SPA_FORMAT_VIDEO_format, SPA_POD_Id(pixels), SPA_FORMAT_VIDEO_size, SPA_POD_Rectangle(&size),
+        SPA_FORMAT_VIDEO_framerate, SPA_POD_Fraction(&rate));
     plugIn({pod(format)}, static_cast<pw_stream_flags>(PW_STREAM_FLAG_DRIVER | PW_STREAM_FLAG_MAP_BUFFERS));
 }
 
@@ -64,11 +67,12 @@ void VirtualCamera::formatChosen() {
         &builder, SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta, SPA_PARAM_META_type, SPA_POD_Id(SPA_META_Header),
         SPA_PARAM_META_size, SPA_POD_Int(sizeof(spa_meta_header)));
     std::array params{pod(buffers), pod(header)};
-    pw_stream_update_params(stream(), params.data(), params.size());
+    const bool tellsTimes = behaviour_ != Behaviour::tellsNoTimes;
+    pw_stream_update_params(stream(), params.data(), tellsTimes ? 2 : 1);
 }
 
 void VirtualCamera::streaming(bool on) {
-    const bool runs = on && behaviour_ == Behaviour::delivers;
+    const bool runs = on && behaviour_ != Behaviour::isStuck;
     timespec first{0, runs ? 1 : 0};
     timespec interval{0, runs ? pictureInterval_ : 0};
     pw_loop_update_timer(loop(), timer_, &first, &interval, false);
@@ -90,8 +94,9 @@ void VirtualCamera::process() {
     data.chunk->stride = stride;
     auto* header = static_cast<spa_meta_header*>(
         spa_buffer_find_meta_data(buffer->buffer, SPA_META_Header, sizeof(spa_meta_header)));
+    const double told = behaviour_ == Behaviour::tellsForeignTimes ? now - foreignClock : now;
     if (header != nullptr)
-        *header = {.flags = 0, .offset = 0, .pts = std::llround(now * 1e9), .dts_offset = 0, .seq = count_};
+        *header = {.flags = 0, .offset = 0, .pts = std::llround(told * 1e9), .dts_offset = 0, .seq = count_};
     ++count_;
     pw_stream_queue_buffer(stream(), buffer);
 }

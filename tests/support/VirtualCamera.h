@@ -17,7 +17,10 @@ class VirtualCamera final : public VirtualDevice {
 
     enum class Behaviour {
         delivers,
-        isStuck,  ///< never delivers a picture
+        isStuck,             ///< never delivers a picture
+        tellsNoTimes,        ///< of its pictures
+        hasStrangePictures,  ///< in a format that nobody takes
+        tellsForeignTimes,   ///< by a clock that nobody else has
     };
 
     /// `name` is the node's. `clockError` is how much too fast its pictures come, 300e-6 for 300 parts in a

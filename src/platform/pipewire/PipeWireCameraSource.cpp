@@ -6,6 +6,7 @@
 #include <spa/param/video/format-utils.h>
 
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include "base/HostClock.h"
@@ -73,8 +74,18 @@ PipeWireCameraSource::~PipeWireCameraSource() {
     stream_.stop();
 }
 
+void PipeWireCameraSource::open() {
+    stream_.start();
+    try {
+        stream_.waitUntilItWorks(PipeWireStream::openLimit);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(description_ + " can't be used: " + error.what() + ".");
+    }
+}
+
 void PipeWireCameraSource::start(Handler handler) {
     handler_ = std::move(handler);
+    started_ = true;
     stream_.start();
 }
 
@@ -118,6 +129,7 @@ void PipeWireCameraSource::formatChosen(const spa_pod& format) {
 }
 
 void PipeWireCameraSource::received(const spa_buffer& buffer, const PipeWireCycle&) {
+    if (!started_) return;
     CameraBuffer picture = layout_;
     picture.bytes = contentOf(buffer);
     if (picture.bytes.empty()) return;
@@ -127,6 +139,10 @@ void PipeWireCameraSource::received(const spa_buffer& buffer, const PipeWireCycl
     } catch (const MediaError& error) {
         qCInfo(Log::webcam, "A picture of the camera is left out: %s", error.what());
     }
+}
+
+void PipeWireCameraSource::troubled(const std::string& reason) {
+    qCCritical(Log::webcam, "No picture comes from %s: %s", description_.c_str(), reason.c_str());
 }
 
 }  // namespace tessaloom

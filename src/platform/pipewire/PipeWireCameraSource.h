@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "capture/CameraSource.h"
@@ -17,6 +18,10 @@ class PipeWireCameraSource final : public CameraSource, private PipeWireStream::
     PipeWireCameraSource(std::string node, std::string description);
     ~PipeWireCameraSource() override;
 
+    /// Throws std::runtime_error, in words for people, when the camera is there but can't be used. Takes only
+    /// moments where all is well.
+    void open();
+
     std::string name() const override { return description_; }
     void start(Handler handler) override;
     void stop() override { stream_.stop(); }
@@ -27,11 +32,13 @@ class PipeWireCameraSource final : public CameraSource, private PipeWireStream::
     int leastBuffers() const override { return 2; }
     void formatChosen(const spa_pod& format) override;
     void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
+    void troubled(const std::string& reason) override;
 
     std::string node_;
     std::string description_;
     Handler handler_;
-    CameraBuffer layout_;  ///< of what comes, without its bytes
+    std::atomic<bool> started_ = false;  ///< the handler is there
+    CameraBuffer layout_;                ///< of what comes, without its bytes
     CameraPixels pixels_;
     PipeWireStream stream_;
 };

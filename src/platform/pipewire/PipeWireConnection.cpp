@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/pipewire/PipeWireConnection.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <cerrno>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 namespace tessaloom {
 namespace {
@@ -14,13 +18,69 @@ std::string text(const spa_dict* properties, const char* key) {
     return value != nullptr ? value : "";
 }
 
-void addNode(void* data, std::uint32_t, std::uint32_t, const char* type, std::uint32_t,
-             const spa_dict* properties) {
-    if (std::string_view(type) != PW_TYPE_INTERFACE_Node) return;
-    static_cast<std::vector<PipeWireNode>*>(data)->push_back({text(properties, PW_KEY_NODE_NAME),
-                                                              text(properties, PW_KEY_NODE_DESCRIPTION),
-                                                              text(properties, PW_KEY_MEDIA_CLASS)});
-}
+/// Gathers what the server tells as long as it lives.
+class InventoryTaking {
+  public:
+    explicit InventoryTaking(pw_core* core) : registry_(pw_core_get_registry(core, PW_VERSION_REGISTRY, 0)) {
+        static const pw_registry_events events = [] {
+            pw_registry_events handlers{};
+            handlers.version = PW_VERSION_REGISTRY_EVENTS;
+            handlers.global = [](void* data, std::uint32_t id, std::uint32_t, const char* type, std::uint32_t,
+                                 const spa_dict* properties) {
+                static_cast<InventoryTaking*>(data)->add(id, type, properties);
+            };
+            return handlers;
+        }();
+        pw_registry_add_listener(registry_.get(), &registryHook_, &events, this);
+    }
+    ~InventoryTaking() {
+        if (metadata_) spa_hook_remove(&metadataHook_);
+        spa_hook_remove(&registryHook_);
+    }
+    InventoryTaking(const InventoryTaking&) = delete;
+    InventoryTaking& operator=(const InventoryTaking&) = delete;
+
+    PipeWireInventory found;
+
+  private:
+    void add(std::uint32_t id, std::string_view type, const spa_dict* properties) {
+        if (type == PW_TYPE_INTERFACE_Node) {
+            found.nodes.push_back({text(properties, PW_KEY_NODE_NAME),
+                                   text(properties, PW_KEY_NODE_DESCRIPTION),
+                                   text(properties, PW_KEY_MEDIA_CLASS)});
+        }
+        const bool tellsDefaults =
+            type == PW_TYPE_INTERFACE_Metadata && text(properties, PW_KEY_METADATA_NAME) == "default";
+        if (tellsDefaults && !metadata_) listenToDefaults(id);
+    }
+
+    void listenToDefaults(std::uint32_t id) {
+        static const pw_metadata_events events = [] {
+            pw_metadata_events handlers{};
+            handlers.version = PW_VERSION_METADATA_EVENTS;
+            handlers.property = [](void* data, std::uint32_t, const char* key, const char*,
+                                   const char* value) {
+                if (key != nullptr && value != nullptr)
+                    static_cast<InventoryTaking*>(data)->found.defaults[key] = nameIn(value);
+                return 0;
+            };
+            return handlers;
+        }();
+        metadata_.reset(static_cast<pw_metadata*>(
+            pw_registry_bind(registry_.get(), id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0)));
+        if (metadata_) pw_metadata_add_listener(metadata_.get(), &metadataHook_, &events, this);
+    }
+
+    /// Of {"name":"..."}; empty when there is none.
+    static std::string nameIn(const char* json) {
+        return QJsonDocument::fromJson(json).object().value(QLatin1String("name")).toString().toStdString();
+    }
+
+    spa_hook registryHook_{};
+    spa_hook metadataHook_{};
+    PipeWireHandle<pw_registry> registry_;
+    PipeWireHandle<pw_metadata> metadata_;
+};
 
 }  // namespace
 
@@ -61,36 +121,27 @@ void PipeWireConnection::listen() {
     pw_core_add_listener(core_.get(), &coreHook_, &events, this);
 }
 
-void PipeWireConnection::iterate() {
-    pw_loop_iterate(loop_.get(), -1);
+void PipeWireConnection::iterate(std::chrono::milliseconds limit) {
+    pw_loop_iterate(loop_.get(), static_cast<int>(limit.count()));
 }
 
 void PipeWireConnection::wake() {
     pw_loop_signal_event(loop_.get(), wakeUp_);
 }
 
-void PipeWireConnection::roundTrip(std::chrono::milliseconds limit) {
+void PipeWireConnection::roundTrip(steady_clock::time_point deadline) {
     const int asked = pw_core_sync(core_.get(), PW_ID_CORE, 0);
-    const auto deadline = steady_clock::now() + limit;
     while (answered_ != asked && !lost_ && steady_clock::now() < deadline)
-        pw_loop_iterate(loop_.get(), 50);
+        iterate(std::chrono::milliseconds(50));
     if (answered_ != asked) throw std::runtime_error("The PipeWire sound server doesn't answer.");
 }
 
-std::vector<PipeWireNode> PipeWireConnection::nodes(std::chrono::milliseconds limit) {
-    static const pw_registry_events events = [] {
-        pw_registry_events handlers{};
-        handlers.version = PW_VERSION_REGISTRY_EVENTS;
-        handlers.global = addNode;
-        return handlers;
-    }();
-    std::vector<PipeWireNode> found;
-    const PipeWireHandle<pw_registry> registry(pw_core_get_registry(core_.get(), PW_VERSION_REGISTRY, 0));
-    spa_hook hook{};
-    pw_registry_add_listener(registry.get(), &hook, &events, &found);
-    roundTrip(limit);
-    spa_hook_remove(&hook);
-    return found;
+PipeWireInventory PipeWireConnection::inventory(std::chrono::milliseconds limit) {
+    InventoryTaking taking(core_.get());
+    const auto deadline = steady_clock::now() + limit;
+    roundTrip(deadline);  // what there is
+    roundTrip(deadline);  // what is told of it
+    return std::move(taking.found);
 }
 
 }  // namespace tessaloom

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <pipewire/extensions/metadata.h>
 #include <pipewire/pipewire.h>
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,6 +18,9 @@ struct PipeWireDelete {
     void operator()(pw_core* core) const { pw_core_disconnect(core); }
     void operator()(pw_stream* stream) const { pw_stream_destroy(stream); }
     void operator()(pw_port* port) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(port)); }
+    void operator()(pw_node* node) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(node)); }
+    void operator()(pw_link* link) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(link)); }
+    void operator()(pw_metadata* metadata) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(metadata)); }
     void operator()(pw_registry* registry) const { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry)); }
 };
 
@@ -27,6 +32,14 @@ struct PipeWireNode {
     std::string name;         ///< the same whenever the device is there
     std::string description;  ///< for people
     std::string mediaClass;
+};
+
+/// What the server knows.
+struct PipeWireInventory {
+    std::vector<PipeWireNode> nodes;
+    /// The names of the nodes that serve where none is asked for, by what they serve as:
+    /// "default.audio.source" and the like.
+    std::map<std::string, std::string> defaults;
 };
 
 /// A connection to the sound server, the one that the environment names, with an event loop of its own.
@@ -44,13 +57,13 @@ class PipeWireConnection {
     /// The server has gone; nothing of this connection works any more.
     bool lost() const { return lost_; }
 
-    /// Waits until something happens, and handles it.
-    void iterate();
+    /// Waits until something happens, but not longer than `limit`, and handles it.
+    void iterate(std::chrono::milliseconds limit);
     /// Ends an iterate() that waits. Any thread, also a real-time one.
     void wake();
 
-    /// The nodes there are now. Throws std::runtime_error when the server doesn't answer within `limit`.
-    std::vector<PipeWireNode> nodes(std::chrono::milliseconds limit);
+    /// As of now. Throws std::runtime_error when the server doesn't answer within `limit`.
+    PipeWireInventory inventory(std::chrono::milliseconds limit);
 
   private:
     /// The library as long as anybody uses it.
@@ -63,7 +76,7 @@ class PipeWireConnection {
 
     PipeWireConnection();
     void listen();
-    void roundTrip(std::chrono::milliseconds limit);
+    void roundTrip(std::chrono::steady_clock::time_point deadline);
 
     Library library_;
     PipeWireHandle<pw_loop> loop_;

@@ -47,6 +47,7 @@ void PipeWireSender::linked(std::uint32_t link, const spa_dict& properties) {
     if (number(properties, PW_KEY_LINK_INPUT_NODE) != pw_stream_get_node_id(&stream_)) return;
     link_ = link;
     node_ = number(properties, PW_KEY_LINK_OUTPUT_NODE);
+    trouble_.watch(*registry_, node_, link_);
     watch(number(properties, PW_KEY_LINK_OUTPUT_PORT));
 }
 

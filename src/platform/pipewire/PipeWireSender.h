@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "platform/pipewire/PipeWireConnection.h"
+#include "platform/pipewire/PipeWireTrouble.h"
 
 namespace tessaloom {
 
@@ -25,6 +26,11 @@ class PipeWireSender {
     std::uint32_t node() const { return node_; }
     /// It plays, and what it is given to play is received.
     bool plays() const { return plays_; }
+
+    /// It has been started.
+    bool runs() const { return trouble_.deviceRuns(); }
+    /// Why nothing comes from it, if the server told.
+    const std::optional<std::string>& trouble() const { return trouble_.told(); }
 
     /// Seconds from the start of a cycle until what the node is given in it is heard; 0 when it doesn't tell.
     /// `cycleLength` is in seconds, `rate` the graph's sample rate.
@@ -45,6 +51,7 @@ class PipeWireSender {
     spa_hook registryHook_{};
     spa_hook portHook_{};
     PipeWireHandle<pw_registry> registry_;
+    PipeWireTrouble trouble_;
     PipeWireHandle<pw_port> port_;  ///< of the node, that the stream is linked to
 };
 

@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include "base/HostClock.h"
+#include "base/Log.h"
 
 namespace tessaloom {
 namespace {
@@ -34,8 +36,18 @@ SoundFormat PipeWireSoundSource::format() const {
     return {.sampleRate = sampleRate, .channels = kind_ == Kind::microphone ? 1 : 2};
 }
 
+void PipeWireSoundSource::open() {
+    stream_.start();
+    try {
+        stream_.waitUntilItWorks(PipeWireStream::openLimit);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(description_ + " can't be used: " + error.what() + ".");
+    }
+}
+
 void PipeWireSoundSource::start(Handler handler) {
     handler_ = std::move(handler);
+    started_ = true;
     stream_.start();
 }
 
@@ -59,18 +71,26 @@ std::vector<const spa_pod*> PipeWireSoundSource::formats(spa_pod_builder& builde
 }
 
 void PipeWireSoundSource::formatChosen(const spa_pod&) {
-    lastTime_.reset();
+    lost_.restart();
 }
 
 void PipeWireSoundSource::received(const spa_buffer& buffer, const PipeWireCycle& cycle) {
+    if (!started_) return;
     const auto bytes = contentOf(buffer);
     const auto channels = static_cast<std::size_t>(format().channels);
     const auto frames = bytes.size() / sizeof(float) / channels;
     if (frames == 0) return;
     const std::span samples(reinterpret_cast<const float*>(bytes.data()), frames * channels);
-    handler_({.hostTime = timeOfFirst(static_cast<double>(frames) / sampleRate, cycle),
+    const double length = static_cast<double>(frames) / sampleRate;
+    handler_({.hostTime = timeOfFirst(length, cycle),
               .samples = samples,
-              .buffersLostBefore = lostBefore(frames, cycle.time)});
+              .buffersLostBefore = lostBefore(length, cycle)});
+}
+
+void PipeWireSoundSource::troubled(const std::string& reason) {
+    const bool isMicrophone = kind_ == Kind::microphone;
+    qCCritical(isMicrophone ? Log::mic : Log::screenCapture, "No sound comes from %s: %s",
+               description_.c_str(), reason.c_str());
 }
 
 /// A microphone tells how old the first sample of a cycle is. One that doesn't has at least taken them all.
@@ -86,12 +106,10 @@ double PipeWireSoundSource::timeOfFirst(double length, const PipeWireCycle& cycl
     return start - (cycle.senderDrives ? cycle.length : 0) + cycle.playbackDelay;
 }
 
-int PipeWireSoundSource::lostBefore(std::size_t frames, const pw_time& time) {
-    const auto last = std::exchange(lastTime_, time);
-    if (!last || time.rate.denom == 0 || frames == 0) return 0;
-    const double passed = seconds(static_cast<std::int64_t>(time.ticks - last->ticks), time);
-    const double buffers = passed * sampleRate / static_cast<double>(frames);
-    return std::max(0, static_cast<int>(std::lround(buffers)) - 1);
+int PipeWireSoundSource::lostBefore(double length, const PipeWireCycle& cycle) {
+    if (cycle.time.rate.denom == 0) return 0;
+    const double start = seconds(static_cast<std::int64_t>(cycle.time.ticks), cycle.time);
+    return lost_.before({.driver = cycle.driver, .cycleStart = start, .length = length});
 }
 
 }  // namespace tessaloom

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <optional>
+#include <atomic>
 #include <string>
 
 #include "capture/LiveSoundSource.h"
+#include "platform/pipewire/LostBuffers.h"
 #include "platform/pipewire/PipeWireStream.h"
 
 namespace tessaloom {
@@ -22,6 +23,10 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     PipeWireSoundSource(Kind kind, std::string node, std::string description);
     ~PipeWireSoundSource() override;
 
+    /// Throws std::runtime_error, in words for people, when the device is there but can't be used. Takes
+    /// only moments where all is well.
+    void open();
+
     std::string name() const override { return description_; }
     SoundFormat format() const override;
     void start(Handler handler) override;
@@ -33,14 +38,16 @@ class PipeWireSoundSource final : public LiveSoundSource, private PipeWireStream
     int leastBuffers() const override { return 16; }
     void formatChosen(const spa_pod& format) override;
     void received(const spa_buffer& buffer, const PipeWireCycle& cycle) override;
+    void troubled(const std::string& reason) override;
     double timeOfFirst(double length, const PipeWireCycle& cycle) const;
-    int lostBefore(std::size_t frames, const pw_time& time);
+    int lostBefore(double length, const PipeWireCycle& cycle);
 
     Kind kind_;
     std::string node_;
     std::string description_;
     Handler handler_;
-    std::optional<pw_time> lastTime_;  ///< of the last buffer since the stream was last opened
+    std::atomic<bool> started_ = false;  ///< the handler is there
+    LostBuffers lost_;
     PipeWireStream stream_;
 };
 

@@ -21,6 +21,8 @@ namespace tessaloom {
 namespace {
 
 constexpr std::chrono::milliseconds retryInterval{300};
+/// How often it is looked what is wrong while nothing comes.
+constexpr std::chrono::milliseconds lookInterval{50};
 /// What the server may be ahead of us before it has to drop: a third of a second of sound.
 constexpr int bufferCount = 16;
 constexpr int mostBuffers = 64;
@@ -76,22 +78,27 @@ class Session {
         connect();
     }
 
-    bool ended() const { return failed_ || connection_.lost(); }
+    bool ended() const { return failure_ || connection_.lost(); }
+    std::string reason() const { return failure_.value_or("connection lost"); }
 
-    void handleBuffers() {
+    /// What has come since the last time.
+    PipeWireHealth::State handleBuffers() {
         ArrivedBuffers::Arrived arrived;
+        bool delivered = false;
         while (arrived_.pop(arrived)) {
             client_.received(*arrived.buffer->buffer, cycleOf(arrived));
             pw_stream_queue_buffer(stream_.get(), arrived.buffer);
+            delivered = true;
         }
+        return {.runs = sender_->runs(), .delivered = delivered, .trouble = sender_->trouble()};
     }
 
   private:
     static pw_stream_events handlers() {
         pw_stream_events events{};
         events.version = PW_VERSION_STREAM_EVENTS;
-        events.state_changed = [](void* data, pw_stream_state, pw_stream_state state, const char*) {
-            if (state == PW_STREAM_STATE_ERROR) static_cast<Session*>(data)->failed_ = true;
+        events.state_changed = [](void* data, pw_stream_state, pw_stream_state state, const char* error) {
+            static_cast<Session*>(data)->stateChanged(state, error);
         };
         events.param_changed = [](void* data, std::uint32_t id, const spa_pod* value) {
             if (id == SPA_PARAM_Format && value != nullptr) static_cast<Session*>(data)->negotiate(*value);
@@ -104,6 +111,10 @@ class Session {
         events.remove_buffer = [](void* data, pw_buffer*) { static_cast<Session*>(data)->arrived_.clear(); };
         events.process = [](void* data) { static_cast<Session*>(data)->takeBuffers(); };
         return events;
+    }
+
+    void stateChanged(pw_stream_state state, const char* error) {
+        if (state == PW_STREAM_STATE_ERROR) failure_ = error != nullptr ? error : "unknown error";
     }
 
     void connect() {
@@ -149,7 +160,7 @@ class Session {
     }
 
     PipeWireCycle cycleOf(const ArrivedBuffers::Arrived& arrived) const {
-        PipeWireCycle cycle{.time = arrived.time};
+        PipeWireCycle cycle{.time = arrived.time, .driver = arrived.driver};
         if (arrived.time.rate.num == 0) return cycle;
         const double rate = static_cast<double>(arrived.time.rate.denom) / arrived.time.rate.num;
         cycle.length = static_cast<double>(arrived.duration) / rate;
@@ -163,7 +174,7 @@ class Session {
     PipeWireStream::Client& client_;
     ArrivedBuffers arrived_;
     std::atomic<const spa_io_position*> position_ = nullptr;  ///< the server's, of the graph's present cycle
-    bool failed_ = false;
+    std::optional<std::string> failure_;
     spa_hook hook_{};
     std::optional<PipeWireSender> sender_;
     PipeWireHandle<pw_stream> stream_;  ///< last, so that no handler runs on what is gone
@@ -182,6 +193,7 @@ std::span<const std::uint8_t> contentOf(const spa_buffer& buffer) {
 }
 
 void PipeWireStream::start() {
+    if (thread_.joinable()) return;
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });
 }
 
@@ -195,22 +207,25 @@ void PipeWireStream::run(const std::stop_token& stop) {
     while (!stop.stop_requested()) {
         try {
             receive(stop);
-        } catch (const std::exception&) {
-            // There is no server at the moment; it may come back.
+        } catch (const std::exception& error) {
+            // There is no server at the moment, or no device; it may come back.
+            health_.failed(error.what());
         }
         wakeUp_.wait_for(guard, stop, retryInterval, [] { return false; });
     }
 }
 
-/// Until the stream is to stop, or has lost its node or its server.
+/// Until the stream is to stop. Throws when it loses its node or its server, or the node can't be used.
 void PipeWireStream::receive(const std::stop_token& stop) {
     const auto connection = PipeWireConnection::open();
     Session session(*connection, client_);
     const std::stop_callback wakeUp(stop, [&connection] { connection->wake(); });
     while (!stop.stop_requested() && !session.ended()) {
-        connection->iterate();
-        session.handleBuffers();
+        connection->iterate(lookInterval);
+        const auto state = session.handleBuffers();
+        if (health_.look(state, std::chrono::steady_clock::now())) throw std::runtime_error(*state.trouble);
     }
+    if (session.ended()) throw std::runtime_error(session.reason());
 }
 
 }  // namespace tessaloom

@@ -4,12 +4,16 @@
 #include <pipewire/stream.h>
 #include <spa/pod/builder.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <span>
+#include <string>
 #include <thread>
 #include <vector>
+
+#include "platform/pipewire/PipeWireHealth.h"
 
 namespace tessaloom {
 
@@ -19,6 +23,7 @@ std::span<const std::uint8_t> contentOf(const spa_buffer& buffer);
 /// The cycle of the server's graph that brought a buffer.
 struct PipeWireCycle {
     pw_time time{};             ///< of its start
+    std::uint32_t driver = 0;   ///< the node whose clock that is
     double length = 0;          ///< in seconds; 0 when it isn't known
     bool senderDrives = false;  ///< the node that sent the buffer sets the graph's pace, and follows no other
     bool senderPlays = false;   ///< the buffer is what that node is given to play
@@ -43,12 +48,22 @@ class PipeWireStream {
         /// What follows is in this format.
         virtual void formatChosen(const spa_pod& format) = 0;
         virtual void received(const spa_buffer& buffer, const PipeWireCycle& cycle) = 0;
+        /// Nothing comes, for this reason; told once, until something comes again.
+        virtual void troubled(const std::string& reason) = 0;
     };
 
-    /// `client` outlives the stream.
-    explicit PipeWireStream(Client& client) : client_(client) {}
+    /// Whatever is wrong with a device, the server tells in this time.
+    static constexpr std::chrono::seconds openLimit{1};
 
+    /// `client` outlives the stream.
+    explicit PipeWireStream(Client& client)
+        : client_(client), health_([&client](const std::string& reason) { client.troubled(reason); }) {}
+
+    /// Does nothing where it has started already.
     void start();
+    /// Until it is known whether something will come, or `limit` has passed. Throws std::runtime_error with
+    /// the reason when nothing will.
+    void waitUntilItWorks(std::chrono::milliseconds limit) { health_.wait(limit); }
     /// Nothing of the client is called after it returns. Safe to call at any time, also twice.
     void stop();
 
@@ -57,6 +72,7 @@ class PipeWireStream {
     void receive(const std::stop_token& stop);
 
     Client& client_;
+    PipeWireHealth health_;
     std::mutex lock_;
     std::condition_variable_any wakeUp_;
     std::jthread thread_;
