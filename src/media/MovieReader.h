@@ -33,6 +33,10 @@ class MovieReader {
     /// The next picture in order of time; nothing at the end.
     std::optional<DecodedFrame> next();
 
+    /// Like next, but leaves out pictures that are over by `time`, as far as the file can be sought in: the
+    /// picture in force there is never left out, and some may come once more.
+    std::optional<DecodedFrame> skipTo(double time);
+
     /// The end of the first video track's last packet in seconds, 0 when it has none. Reads the file without
     /// decoding. Throws like open.
     static double scanDuration(const std::filesystem::path& path);
@@ -41,7 +45,7 @@ class MovieReader {
     struct Source;
 
     explicit MovieReader(std::unique_ptr<Source> source);
-    static void seekKeyFrame(Source& source, double time);
+    static bool seekKeyFrame(Source& source, double time);
 
     std::unique_ptr<Source> source_;
     bool ended_ = false;

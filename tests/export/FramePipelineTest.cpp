@@ -12,6 +12,8 @@
 namespace tessaloom::test {
 namespace {
 
+namespace fs = std::filesystem;
+
 /// Draws every frame whole, whatever its target shows.
 class WholeRenderer : public Renderer {
   public:
@@ -173,6 +175,28 @@ TEST_F(FramePipelineTest, TellsOfEachTargetWhatItShows) {
 
 TEST_F(FramePipelineTest, HandsAGIFTheSamePicturesAsIfEachWereDrawnWhole) {
     expectTheSamePictures<BgraImage>();
+}
+
+TEST_F(FramePipelineTest, StoppingIsHeardWhileALongCutIsCrossed) {
+    constexpr double duration = 400;
+    // A recording that was killed has no index: a cut has to be read through.
+    record(plainPictures(static_cast<int>(duration * 60), 60, pureBlue));
+    const auto movie = bundle_.file(TakeBundle::screenFile);
+    fs::resize_file(movie, fs::file_size(movie) - 200);
+    const OutputTimeline timeline(std::vector<TimeSegment>{{0, 0.01}, {duration - 1, duration}}, 1, 60);
+    TakeMovies movies = TakeMovies::open(bundle_, {}, timeline.sourceRange());
+    PlainRenderer renderer(drawn_);
+    const FrameComposer composer = OpenTake::open(bundle_).composer({}, {});
+    KeepingSink<YuvImage> sink;
+    FramePipeline<YuvImage> pipeline({.movies = movies,
+                                      .timeline = timeline,
+                                      .composer = composer,
+                                      .renderer = renderer,
+                                      .canvas = {64, 36},
+                                      .sink = sink});
+    std::stop_source stop;
+    EXPECT_THROW(pipeline.run([&](double) { stop.request_stop(); }, stop.get_token()), ExportCancelled);
+    EXPECT_LT(movies.recording.frame(0)->time(), duration - 10);
 }
 
 }  // namespace
