@@ -117,6 +117,7 @@ double MovieReader::scanDuration(const std::filesystem::path& path) {
         if (packet->stream_index == stream.index) end = std::max(end, packet->pts + packet->duration);
         av_packet_unref(packet.get());
     }
+    requireUnbrokenReading(*input);
     return static_cast<double>(end) * av_q2d(stream.time_base);
 }
 

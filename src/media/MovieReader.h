@@ -30,7 +30,8 @@ class MovieReader {
     int naturalWidth() const;
     int naturalHeight() const;
 
-    /// The next picture in order of time; nothing at the end.
+    /// The next picture in order of time; nothing at the end. Throws UnreadableMovie with the system's reason
+    /// when that comes from a disk that fails.
     std::optional<DecodedFrame> next();
 
     /// Like next, but leaves out pictures that are over by `time`, as far as the file can be sought in: the

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QtMessageHandler>
 #include <algorithm>
+#include <cstddef>
 #include <mutex>
 #include <string_view>
 
@@ -20,10 +21,12 @@ class LogLines {
     LogLines(const LogLines&) = delete;
     LogLines& operator=(const LogLines&) = delete;
 
-    bool contains(std::string_view text) const {
+    bool contains(std::string_view text) const { return count(text) > 0; }
+
+    std::ptrdiff_t count(std::string_view text) const {
         const std::lock_guard guard(lock_);
         const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-        return std::ranges::any_of(lines_, [&](const QString& line) { return line.contains(part); });
+        return std::ranges::count_if(lines_, [&](const QString& line) { return line.contains(part); });
     }
 
   private:
