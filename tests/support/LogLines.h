@@ -4,6 +4,7 @@
 #include <QString>
 #include <QtMessageHandler>
 #include <algorithm>
+#include <cstddef>
 #include <mutex>
 #include <string>
 #include <string_view>
