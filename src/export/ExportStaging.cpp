@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <stdlib.h>
 
+#include <cerrno>
 #include <chrono>
 #include <string>
 #include <string_view>
@@ -17,11 +18,15 @@ constexpr std::string_view folderPrefix = ".tessaloom-export-";
 /// A younger folder may not be locked yet.
 constexpr std::chrono::minutes youngestAbandoned{1};
 
-/// A new hidden folder beside `destination`, on the same volume so that the last step is a rename.
+/// A new hidden folder beside `destination`, on the same volume so that the last step is a rename. Nothing
+/// where that isn't allowed; writing the file itself may be.
 std::optional<std::filesystem::path> makeFolderBeside(const std::filesystem::path& destination) {
     std::string name = (destination.parent_path() / folderPrefix).string() + "XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) return std::nullopt;
-    return name;
+    if (mkdtemp(name.data()) != nullptr) return name;
+    const int reason = errno;
+    if (reason == EACCES || reason == EPERM || reason == EROFS) return std::nullopt;
+    throw std::system_error(reason, std::generic_category(),
+                            "\"" + destination.string() + "\" can't be written");
 }
 
 /// Nothing when another process holds the lock, or where there are no locks.

@@ -12,10 +12,12 @@ namespace tessaloom {
 /// and takes the destination's place in one step. A staging that ends without a commit leaves nothing behind
 /// and the old file as it was; what exports that were killed have left there is cleared away by the next one.
 ///
-/// Where no folder can be made the export is written to the destination itself, whose old file is gone from
+/// Where no folder may be made the export is written to the destination itself, whose old file is gone from
 /// the start.
 class ExportStaging {
   public:
+    /// Throws std::system_error when a folder can't be made for another reason, such as a full disk; the old
+    /// file is as it was then.
     explicit ExportStaging(std::filesystem::path destination);
     ~ExportStaging();
     ExportStaging(const ExportStaging&) = delete;

@@ -21,26 +21,36 @@ int endOf(std::int64_t index, double fps) {
     return static_cast<int>(std::lround(static_cast<double>(index + 1) * 100 / fps));
 }
 
-}  // namespace
-
 /// What `action` returns; a refusal of the system is the GIF's failure.
 template <typename Action>
-auto GIFWriter::orRefuse(Action action) {
+auto orGifFailed(Action action) {
     try {
         return action();
     } catch (const std::system_error&) {
-        qCInfo(Log::exporting, "GIF: the encoder refused the file (%lld of %lld frames)",
-               static_cast<long long>(framesAdded_), static_cast<long long>(capacity_));
-        staging_.discard();
         std::throw_with_nested(gifFailed());
+    }
+}
+
+}  // namespace
+
+/// Of a file that was begun, a refusal is also logged.
+template <typename Action>
+void GIFWriter::orRefuse(Action action) {
+    try {
+        orGifFailed(action);
+    } catch (const Exporter::Failure&) {
+        qCCritical(Log::exporting, "GIF: the encoder refused the file (%lld of %lld frames)",
+                   static_cast<long long>(framesAdded_), static_cast<long long>(capacity_));
+        staging_.discard();
+        throw;
     }
 }
 
 GIFWriter::GIFWriter(const std::filesystem::path& url, double fps, std::int64_t capacity, bool loop)
     : capacity_(std::max<std::int64_t>(capacity, 1)),
       fps_(fps),
-      staging_(url),
-      encoder_(orRefuse([&] { return GifEncoder::create(staging_.url(), loop); })) {}
+      staging_(orGifFailed([&] { return ExportStaging(url); })),
+      encoder_(orGifFailed([&] { return GifEncoder::create(staging_.url(), loop); })) {}
 
 void GIFWriter::add(const BgraView& image) {
     writeFrame([&](int delay) { encoder_.add(image, delay); });
@@ -71,7 +81,7 @@ void GIFWriter::finish() {
         qCCritical(Log::exporting, "GIF: dropped %lld frame(s) beyond the %lld planned",
                    static_cast<long long>(framesDropped_), static_cast<long long>(capacity_));
     if (framesAdded_ < 1) {
-        qCInfo(Log::exporting, "GIF: no frames were drawn, nothing to write");
+        qCCritical(Log::exporting, "GIF: no frames were drawn, nothing to write");
         staging_.discard();
         throw gifFailed();
     }

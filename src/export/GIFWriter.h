@@ -37,7 +37,7 @@ class GIFWriter final : public FrameSink<BgraImage> {
     template <typename Action>
     void writeFrame(Action action);
     template <typename Action>
-    auto orRefuse(Action action);
+    void orRefuse(Action action);
 
     std::int64_t capacity_;
     double fps_;

@@ -5,15 +5,24 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
+#include <optional>
 #include <utility>
 
 #include "media/LibavHandles.h"
+#include "media/SamplePlanes.h"
 #include "media/YuvToBgra.h"
 
 namespace tessaloom {
 namespace {
 
+/// Grey fills its range where nothing is said.
+bool isGrey(const AVFrame& frame) {
+    const AVPixFmtDescriptor* format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
+    return format != nullptr && format->nb_components < 3;
+}
+
 bool isFullRange(const AVFrame& frame) {
+    if (frame.color_range == AVCOL_RANGE_UNSPECIFIED && isGrey(frame)) return true;
     return frame.color_range == AVCOL_RANGE_JPEG || frame.format == AV_PIX_FMT_YUVJ420P ||
            frame.format == AV_PIX_FMT_YUVJ422P || frame.format == AV_PIX_FMT_YUVJ444P;
 }
@@ -27,19 +36,26 @@ YuvEncoding encodingOf(const AVFrame& frame) {
     return encoding;
 }
 
-YuvView viewOf(const AVFrame& frame) {
+/// Nothing for a form that has to be brought into planes of 8 bits first.
+std::optional<YuvView> viewOf(const AVFrame& frame) {
     const AVPixFmtDescriptor* format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
-    const bool planar = format->nb_components == 3 && (format->flags & AV_PIX_FMT_FLAG_PLANAR) != 0 &&
+    const bool planar = format != nullptr && format->nb_components == 3 &&
+                        (format->flags & AV_PIX_FMT_FLAG_PLANAR) != 0 &&
                         (format->flags & AV_PIX_FMT_FLAG_RGB) == 0 && format->comp[0].depth == 8 &&
                         format->comp[2].plane == 2;
-    if (!planar || format->log2_chroma_w > 1 || format->log2_chroma_h > 1)
-        throw MediaError(std::string("Pictures in the format ") + format->name + " can't be shown.");
-    return {.planes = {frame.data[0], frame.data[1], frame.data[2]},
-            .strides = {frame.linesize[0], frame.linesize[1], frame.linesize[2]},
-            .width = frame.width,
-            .height = frame.height,
-            .halfColumns = format->log2_chroma_w == 1,
-            .halfRows = format->log2_chroma_h == 1};
+    if (!planar || format->log2_chroma_w > 1 || format->log2_chroma_h > 1) return std::nullopt;
+    return YuvView{.planes = {frame.data[0], frame.data[1], frame.data[2]},
+                   .strides = {frame.linesize[0], frame.linesize[1], frame.linesize[2]},
+                   .width = frame.width,
+                   .height = frame.height,
+                   .halfColumns = format->log2_chroma_w == 1,
+                   .halfRows = format->log2_chroma_h == 1};
+}
+
+/// `target` has the frame's size.
+void convert(const AVFrame& frame, BgraImage& target) {
+    if (const auto view = viewOf(frame)) return yuvToBgra(*view, encodingOf(frame), target);
+    SamplePlanes(frame).toBgra(encodingOf(frame), target);
 }
 
 }  // namespace
@@ -59,13 +75,13 @@ void DecodedFrame::toBgra(BgraImage& target) const {
     const AVFrame& frame = *frame_;
     if (rotation_ != Rotation::none) {
         BgraImage unturned(frame.width, frame.height);
-        yuvToBgra(viewOf(frame), encodingOf(frame), unturned);
+        convert(frame, unturned);
         rotate(unturned.view(), rotation_, target);
         return;
     }
     if (target.width() != frame.width || target.height() != frame.height)
         target = BgraImage(frame.width, frame.height);
-    yuvToBgra(viewOf(frame), encodingOf(frame), target);
+    convert(frame, target);
 }
 
 }  // namespace tessaloom

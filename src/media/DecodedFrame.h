@@ -23,7 +23,7 @@ class DecodedFrame {
     int height() const;
 
     /// Converts by the frame's colour tags, BT.709 limited where it has none. `target` becomes a new picture
-    /// of this size when it has another one. Throws MediaError for a pixel format that isn't 8-bit YUV.
+    /// of this size when it has another one. Throws UnreadableMovie for a form of pixels that can't be shown.
     void toBgra(BgraImage& target) const;
 
   private:

@@ -12,6 +12,8 @@ namespace {
 
 /// How many pictures share a palette: the more there are, the worse it suits each.
 constexpr std::size_t mostGathered = 32;
+/// Frames at rest are small, but a rest may last for hours.
+constexpr std::size_t mostGatheredFrames = 4096;
 /// A new palette costs bytes in every frame. The old one stays while its squared error isn't so much greater.
 constexpr double bearableError = 1.5;
 /// One index is left for the transparent one.
@@ -72,6 +74,7 @@ void GifEncoder::add(const BgraView& picture, int delay) {
 
 void GifEncoder::addAgain(int delay) {
     gathered_.push_back({nullptr, delay});
+    if (gathered_.size() >= mostGatheredFrames) writeGathered();
 }
 
 void GifEncoder::finish() {

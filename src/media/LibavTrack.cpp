@@ -2,9 +2,12 @@
 #include "media/LibavTrack.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/Log.h"
+#include "media/WholeBoxes.h"
 
 namespace tessaloom {
 namespace {
@@ -27,12 +30,25 @@ LibavHandle<AVCodecContext> openDecoder(const AVStream& stream, const char* file
     return context;
 }
 
+constexpr std::string_view partPrefix = "subfile,,";
+
+/// By which libav opens a file as if it ended at `end`.
+std::string nameOfPart(const std::filesystem::path& path, std::uint64_t end) {
+    return std::string(partPrefix) + "start,0,end," + std::to_string(end) + ",,:" + path.string();
+}
+
 }  // namespace
 
 InputHandle openInput(const std::filesystem::path& path) {
     quietLibav();
     AVFormatContext* input = nullptr;
-    requireReadable(avformat_open_input(&input, path.c_str(), nullptr, nullptr), path.c_str());
+    int result = avformat_open_input(&input, path.c_str(), nullptr, nullptr);
+    // Torn in the middle of a fragment's index, a movie is refused as a whole.
+    const bool isDamaged = result == AVERROR_EOF || result == AVERROR_INVALIDDATA;
+    const auto wholePart = isDamaged ? endOfWholeBoxes(path) : std::nullopt;
+    if (wholePart && avformat_open_input(&input, nameOfPart(path, *wholePart).c_str(), nullptr, nullptr) >= 0)
+        result = 0;
+    requireReadable(result, path.c_str());
     InputHandle handle(input);
     input->flags |= AVFMT_FLAG_DISCARD_CORRUPT;
     requireReadable(avformat_find_stream_info(input, nullptr), path.c_str());
@@ -84,6 +100,7 @@ bool LibavTrack::feedDecoder() {
 }
 
 bool LibavTrack::isTorn() const {
+    if (std::string_view(input->url).starts_with(partPrefix)) return true;
     const int count = avformat_index_get_entries_count(&stream);
     const AVIndexEntry* last = avformat_index_get_entry(&stream, count - 1);
     return last != nullptr && input->pb != nullptr && last->pos + last->size > avio_size(input->pb);

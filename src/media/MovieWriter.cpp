@@ -45,6 +45,8 @@ OutputHandle openOutput(const std::string& path, MovieWriter::Container containe
     OutputHandle handle(output);
     requireLibav(avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE), writeProblem);
     if (container != MovieWriter::Container::mp4) output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
+    // Or else sound goes ahead where pictures stay in the encoder for long, as those of a scene at rest do.
+    output->max_interleave_delta = 0;
     return handle;
 }
 

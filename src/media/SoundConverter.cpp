@@ -41,7 +41,7 @@ void SoundConverter::open(const AVFrame& frame) {
     if (frame.ch_layout.order == AV_CHANNEL_ORDER_UNSPEC) {
         av_channel_layout_default(&source, frame.ch_layout.nb_channels);
     } else {
-        requireLibav(av_channel_layout_copy(&source, &frame.ch_layout), problem);
+        requireLibav<UnreadableMovie>(av_channel_layout_copy(&source, &frame.ch_layout), problem);
     }
     SwrContext* made = nullptr;
     const int result =
@@ -49,24 +49,25 @@ void SoundConverter::open(const AVFrame& frame) {
                             static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr);
     av_channel_layout_uninit(&source);
     resampler_.reset(made);
-    requireLibav(result, problem);
+    requireLibav<UnreadableMovie>(result, problem);
     if (frame.ch_layout.nb_channels == 1) {
         constexpr std::array<double, 2> bothSides{1, 1};
-        requireLibav(swr_set_matrix(made, bothSides.data(), 1), problem);
+        requireLibav<UnreadableMovie>(swr_set_matrix(made, bothSides.data(), 1), problem);
     }
-    requireLibav(swr_init(made), problem);
+    requireLibav<UnreadableMovie>(swr_init(made), problem);
 }
 
 void SoundConverter::run(const AVFrame* frame, std::vector<StereoSample>& target) {
     const int input = frame != nullptr ? frame->nb_samples : 0;
-    target.resize(
-        static_cast<std::size_t>(requireLibav(swr_get_out_samples(resampler_.get(), input), problem)));
+    target.resize(static_cast<std::size_t>(
+        requireLibav<UnreadableMovie>(swr_get_out_samples(resampler_.get(), input), problem)));
     auto* output = reinterpret_cast<std::uint8_t*>(target.data());
     const auto* const* data =
         frame != nullptr ? const_cast<const std::uint8_t* const*>(frame->extended_data) : nullptr;
-    const int count = requireLibav(swr_convert(resampler_.get(), &output, static_cast<int>(target.size()),
-                                               const_cast<const std::uint8_t**>(data), input),
-                                   problem);
+    const int count =
+        requireLibav<UnreadableMovie>(swr_convert(resampler_.get(), &output, static_cast<int>(target.size()),
+                                                  const_cast<const std::uint8_t**>(data), input),
+                                      problem);
     target.resize(static_cast<std::size_t>(count));
 }
 

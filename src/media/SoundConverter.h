@@ -15,7 +15,7 @@ namespace tessaloom {
 class SoundConverter {
   public:
     /// Replaces `target` by what has become ready; the last fraction of a millisecond may come with the next
-    /// call. A frame in another format than the one before begins anew. Throws MediaError.
+    /// call. A frame in another format than the one before begins anew. Throws UnreadableMovie.
     void convert(const AVFrame& frame, std::vector<StereoSample>& target);
 
     /// Replaces `target` by what is left.

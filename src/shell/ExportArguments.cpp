@@ -50,8 +50,9 @@ std::optional<Value> chosen(const Arguments& arguments, const QString& option,
 }
 
 std::optional<ExportFormat> formatOf(const std::filesystem::path& file) {
+    const QString extension = QString::fromStdString(file.extension().string()).toLower();
     for (const auto& [word, format] : formats)
-        if (file.extension() == extensionOf(format)) return format;
+        if (extension == QLatin1String(extensionOf(format))) return format;
     return std::nullopt;
 }
 

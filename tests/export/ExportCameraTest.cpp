@@ -3,8 +3,10 @@
 #include <fstream>
 
 #include "export/ExporterFixture.h"
+#include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "support/MovieProbe.h"
+#include "support/SoundMaker.h"
 
 namespace tessaloom::test {
 namespace {
@@ -161,6 +163,56 @@ TEST_F(ExportCameraTest, AnUnreadableLogMeansNoOffset) {
     std::ofstream(bundle_.file(TakeBundle::eventsFile)) << "{";
     run(wanted);
     EXPECT_EQ(brightFrames(destination_, camera).size(), 30U);
+}
+
+/// A take in which screen and camera flash together with a beep, 2.5 s after its start. Camera and microphone
+/// began a little later than the screen.
+class ExportTogetherTest : public ExportCameraTest {
+  protected:
+    ExportTogetherTest() {
+        EventLog log;
+        log.webcamStartOffset = 0.3;
+        log.micStartOffset = 0.2;
+        bundle_.write(log);
+        bundle_.write(edit_);
+        recordFlash(6, 60, 2.5, 2.7);
+        film(TakeBundle::webcamFile, std::vector<PlainPicture>{{0, black}, {2.2, white}, {2.4, black}});
+        writeWave(folder_.path() / "spoken.wav", beeps(5.8, std::vector<double>{2.3}));
+        convertSound(folder_.path() / "spoken.wav", bundle_.file(TakeBundle::microphoneFile));
+    }
+
+    void exportAt(double speed, const Exporter::Progress& progress) {
+        auto wanted = settings({{0.5, 1}, {2, 4}, {4.5, 6}});
+        wanted.speed = speed;
+        wanted.webcam = edit_.webcam;
+        prepared(wanted).exportVideo(destination_, progress, {});
+    }
+
+    /// What was recorded at 2.5 s comes after one second of what is kept.
+    void expectTogether(double speed) const {
+        const auto frame = static_cast<std::size_t>(60 / speed);
+        EXPECT_EQ(flashes(brightFrames(destination_, screen)), std::vector<std::size_t>{frame});
+        EXPECT_EQ(flashes(brightFrames(destination_, camera)), std::vector<std::size_t>{frame});
+        std::vector<StereoSample> sound(20 * soundRate);
+        sound.resize(AudioReader::open(destination_)->read(0, sound));
+        const auto heard = onsets(sound);
+        ASSERT_EQ(heard.size(), 1U);
+        EXPECT_NEAR(heard.front(), 1 / speed, 0.005);
+    }
+};
+
+TEST_F(ExportTogetherTest, ScreenCameraAndVoiceStayTogetherThroughCutsAtEachSpeed) {
+    for (const double speed : {0.5, 1.0, 1.5, 2.0}) {
+        SCOPED_TRACE(speed);
+        exportAt(speed, [](double) {});
+        expectTogether(speed);
+    }
+}
+
+TEST_F(ExportTogetherTest, ATakeThatIsDeletedMeanwhileIsExportedToItsEnd) {
+    exportAt(1, [this](double) { std::filesystem::remove_all(bundle_.url); });
+    EXPECT_FALSE(std::filesystem::exists(bundle_.url));
+    expectTogether(1);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "export/QualityPreset.h"
 #include "media/ColorConversion.h"
@@ -20,38 +21,58 @@ namespace tessaloom::test {
 namespace {
 
 constexpr CanvasSize canvas{640, 360};
-constexpr int frameCount = 90;
+constexpr int frameCount = 240;
+/// The view moves before this one and rests afterwards.
+constexpr int restStart = 160;
 
-/// A page of boxes of all sizes and greys, larger than the canvas.
-BgraImage page() {
-    BgraImage picture = plainImage(canvas.width + frameCount, canvas.height + frameCount, white);
+/// A page with boxes of all sizes and greys.
+YuvImage page() {
+    YuvImage picture = plainYuv(canvas.width, canvas.height, white);
     std::mt19937 random(3);
     const auto below = [&random](int limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
-    for (int box = 0; box < 900; ++box) {
-        const int left = below(picture.width() - 40);
-        const int top = below(picture.height() - 12);
-        const auto shade = static_cast<std::uint8_t>(below(256));
-        const int right = left + 1 + below(40);
+    for (int box = 0; box < 60; ++box) {
+        const int left = below(canvas.width - 40);
+        const int top = below(canvas.height - 12);
+        const int shade = 16 + below(220);
+        const auto width = static_cast<std::size_t>(1 + below(40));
         const int bottom = top + 1 + below(12);
         for (int y = top; y < bottom; ++y)
-            std::memset(pixelAt(picture, left, y), shade, bytesOf(right - left));
+            std::memset(picture.plane(0) + y * picture.stride(0) + left, shade, width);
     }
     return picture;
 }
 
-/// The view glides over the page for half of the film; a line of it changes in the other half.
+/// A film like those of this program: a zoom into a page that glides, and a line that changes at its end.
 class ExportQualityTest : public ::testing::Test {
   protected:
+    ExportQualityTest() {
+        for (int n = 0; n < frameCount; ++n)
+            frames_.push_back(frame(n));
+    }
+
+    /// The page's luma between its pixels.
+    double sample(double x, double y) const {
+        const auto left = static_cast<int>(x);
+        const auto top = static_cast<int>(y);
+        const std::uint8_t* upper = page_.plane(0) + top * page_.stride(0) + left;
+        const std::uint8_t* lower = upper + page_.stride(0);
+        const double across = x - left;
+        const double down = y - top;
+        return (upper[0] * (1 - across) + upper[1] * across) * (1 - down) +
+               (lower[0] * (1 - across) + lower[1] * across) * down;
+    }
+
     YuvImage frame(int index) const {
-        const int moved = std::min(index, frameCount / 2);
-        const BgraView part{page_.row(moved) + std::ptrdiff_t{4} * moved, canvas.width, canvas.height,
-                            page_.stride()};
-        YuvImage yuv(canvas.width, canvas.height);
-        bgraToYuv(part, yuv, 0, 0);
-        if (index > moved)
-            std::memset(yuv.plane(0), index * 5 % 256, static_cast<std::size_t>(canvas.width / 2));
+        YuvImage yuv = plainYuv(canvas.width, canvas.height, white);
+        const double moved = std::min(index, restStart) / static_cast<double>(restStart);
+        const double scale = 0.95 - 0.4 * moved;
+        for (int y = 0; y < canvas.height; ++y)
+            for (int x = 0; x < canvas.width; ++x)
+                yuv.plane(0)[y * yuv.stride(0) + x] =
+                    static_cast<std::uint8_t>(std::lround(sample(x * scale + 30 * moved, y * scale)));
+        if (index > restStart) std::memset(yuv.plane(0), 16 + index % 200, canvas.width / 2);
         return yuv;
     }
 
@@ -61,8 +82,8 @@ class ExportQualityTest : public ::testing::Test {
         const auto writer = MovieWriter::create(
             path_, {.video = H264Settings::exported(canvas.width, canvas.height, bitRate)});
         for (int n = 0; n < frameCount; ++n)
-            writer->appendVideo(frame(n), n / 60.0, 1 / 60.0,
-                                n <= frameCount / 2 ? PictureMotion::moving : PictureMotion::still);
+            writer->appendVideo(frames_[static_cast<std::size_t>(n)], n / 60.0, 1 / 60.0,
+                                n <= restStart ? PictureMotion::moving : PictureMotion::still);
         writer->finish();
         return static_cast<double>(std::filesystem::file_size(path_));
     }
@@ -75,7 +96,7 @@ class ExportQualityTest : public ::testing::Test {
         const auto reader = MovieReader::open(path_);
         for (int n = 0; n < frameCount; ++n) {
             reader->next()->toBgra(shown);
-            const YuvImage yuv = frame(n);
+            const YuvImage& yuv = frames_[static_cast<std::size_t>(n)];
             yuvToBgra({.planes = {yuv.plane(0), yuv.plane(1), yuv.plane(2)},
                        .strides = {yuv.stride(0), yuv.stride(1), yuv.stride(2)},
                        .width = canvas.width,
@@ -100,7 +121,8 @@ class ExportQualityTest : public ::testing::Test {
   private:
     TemporaryFolder folder_;
     std::filesystem::path path_ = folder_.path() / "a.mp4";
-    BgraImage page_ = page();
+    YuvImage page_ = page();
+    std::vector<YuvImage> frames_;
 };
 
 TEST_F(ExportQualityTest, EachQualityTakesClearlyMoreRoomThanTheOneBelowAndLooksBetter) {

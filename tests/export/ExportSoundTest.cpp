@@ -106,5 +106,36 @@ TEST_F(ExportSoundTest, CancellingEndsTheSoundToo) {
     EXPECT_THROW(sink.finish(), ExportCancelled);
 }
 
+TEST_F(ExportSoundTest, SoundLiesBesideThePicturesInTheFileAlsoWhereTheSceneRests) {
+    record(std::vector<PlainPicture>{{0, white}});
+    speak(sine(90, 500, 0.5));
+    run(settings({{0, 90}}));
+    EXPECT_LT(widestStep(destination_), 2);
+}
+
+TEST_F(ExportSoundTest, AtTheEndOfAnHourAtRestBeepsAreWhereTheyBelong) {
+    constexpr double hour = 3600;
+    // Without fine detail, which takes little room and time here.
+    constexpr int rate = 4000;
+    const std::vector<double> times{0.5, 1800.2, 3591.7, 3599.4};
+    record(std::vector<PlainPicture>{{0, black}});
+    writeWave(bundle_.file(TakeBundle::microphoneFile), beeps(hour, times, rate), rate);
+    auto wanted = settings({{0, hour}});
+    wanted.outputLongEdge = 32;
+    run(wanted);
+    const auto reader = AudioReader::open(destination_);
+    for (const double time : times) {
+        std::vector<StereoSample> around(soundRate / 2);
+        reader->read(soundPosition(time - 0.25), around);
+        const auto heard = onsets(around);
+        ASSERT_EQ(heard.size(), 1U) << time;
+        EXPECT_NEAR(heard.front(), 0.25, 0.005) << time;
+    }
+    const MovieFacts facts = probeMovie(destination_);
+    ASSERT_EQ(facts.packets.size(), 216'000U);
+    EXPECT_NEAR(facts.packets.back().time, hour - 1.0 / 60, 1e-6);
+    EXPECT_NEAR(probeSound(destination_)->duration, hour, 0.001);
+}
+
 }  // namespace
 }  // namespace tessaloom::test

@@ -253,8 +253,9 @@ TEST_F(ExporterTest, ADestinationThatCannotBeWrittenFails) {
     try {
         run(settings({{0, 1}}));
         FAIL() << "wrote into a folder that isn't there";
-    } catch (const MediaError& error) {
-        EXPECT_STREQ(error.what(), "The movie can't be written: No such file or directory.");
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.what(),
+                  "\"" + destination_.string() + "\" can't be written: No such file or directory");
     }
 }
 

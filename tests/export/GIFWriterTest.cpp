@@ -2,6 +2,8 @@
 #include "export/GIFWriter.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 
 #include <QString>
 #include <QtGlobal>
@@ -41,6 +43,27 @@ class LoggedLines {
 
   private:
     QtMessageHandler previous_;
+};
+
+/// Files can't grow beyond a hundred bytes while it exists.
+class SmallFiles {
+  public:
+    SmallFiles() {
+        getrlimit(RLIMIT_FSIZE, &previous_);
+        const rlimit limit{100, previous_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        handler_ = signal(SIGXFSZ, SIG_IGN);
+    }
+    ~SmallFiles() {
+        setrlimit(RLIMIT_FSIZE, &previous_);
+        signal(SIGXFSZ, handler_);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+  private:
+    rlimit previous_{};
+    void (*handler_)(int) = nullptr;
 };
 
 class GIFWriterTest : public ::testing::Test {
@@ -150,6 +173,7 @@ TEST_F(GIFWriterTest, OneThatIsGivenUpLeavesTheOldFileAndNothingElse) {
 TEST_F(GIFWriterTest, WithoutFramesThereIsNothingToWrite) {
     std::ofstream(destination_) << "old";
     auto gif = writer(10, 3);
+    const LoggedLines log;
     try {
         gif.finish();
         FAIL() << "wrote a GIF of nothing";
@@ -157,6 +181,8 @@ TEST_F(GIFWriterTest, WithoutFramesThereIsNothingToWrite) {
         EXPECT_EQ(failure.reason(), Exporter::Failure::Reason::gifFailed);
         EXPECT_STREQ(failure.what(), "Couldn't write the GIF.");
     }
+    EXPECT_EQ(LoggedLines::lines(),
+              std::vector<std::string>{"error: GIF: no frames were drawn, nothing to write"});
     EXPECT_EQ(contentOf(destination_), "old");
     EXPECT_EQ(itemCount(), 1);
 }
@@ -185,6 +211,29 @@ TEST_F(GIFWriterTest, AFolderInTheWayIsKept) {
     EXPECT_THROW(gif.finish(), std::system_error);
     EXPECT_TRUE(fs::is_directory(destination_ / "occupied"));
     EXPECT_EQ(itemCount(), 1);
+}
+
+TEST_F(GIFWriterTest, AFileThatTheSystemRefusesIsLogged) {
+    std::ofstream(destination_) << "old";
+    auto gif = writer(10, 5);
+    add(gif, 3);
+    const SmallFiles limit;
+    const LoggedLines log;
+    EXPECT_THROW(gif.finish(), Exporter::Failure);
+    EXPECT_EQ(LoggedLines::lines(),
+              std::vector<std::string>{"error: GIF: the encoder refused the file (3 of 5 frames)"});
+    EXPECT_EQ(contentOf(destination_), "old");
+    EXPECT_EQ(itemCount(), 1);
+}
+
+TEST_F(GIFWriterTest, AFileThatCannotBeBegunIsNotLogged) {
+    const LoggedLines log;
+    EXPECT_THROW(GIFWriter(folder_.path() / "nowhere" / "a.gif", 10, 3, true), Exporter::Failure);
+    // Longer than a name may be.
+    EXPECT_THROW(GIFWriter(folder_.path() / (std::string(300, 'a') + ".gif"), 10, 3, true),
+                 Exporter::Failure);
+    EXPECT_EQ(LoggedLines::lines(), std::vector<std::string>());
+    EXPECT_EQ(itemCount(), 0);
 }
 
 }  // namespace

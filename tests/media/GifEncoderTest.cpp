@@ -289,5 +289,19 @@ TEST_F(GifEncoderTest, TheSamePicturesMakeTheSameFile) {
     EXPECT_TRUE(first == bytes());
 }
 
+TEST(GifEncoder, ALongRestIsWrittenOutMeanwhile) {
+    const test::TemporaryFolder folder;
+    const auto path = folder.path() / "a.gif";
+    auto gif = GifEncoder::create(path, true);
+    constexpr int count = 30'000;
+    gif.add(test::plainImage(width, height, test::pureRed).view(), 3);
+    for (int n = 1; n < count; ++n)
+        gif.addAgain(3);
+    EXPECT_GT(std::filesystem::file_size(path), 100'000U);
+    gif.add(test::plainImage(width, height, test::pureBlue).view(), 3);
+    gif.finish();
+    EXPECT_EQ(test::probeGif(path).frames.size(), count + 1U);
+}
+
 }  // namespace
 }  // namespace tessaloom

@@ -170,6 +170,46 @@ TEST_F(MovieReaderTest, ATornTailIsToldOfOnce) {
     EXPECT_EQ(log.count("\"ten.mov\" was cut off. What is left of it ends at "), 1);
 }
 
+TEST_F(MovieReaderTest, WhereverAMovieIsTornItIsReadUpToThere) {
+    const auto path = tenSeconds();
+    const auto whole = std::filesystem::file_size(path);
+    std::filesystem::copy_file(path, file("whole.mov"));
+    int previous = 0;
+    for (auto size = whole / 2; size < whole * 5 / 8; size += 9) {
+        std::filesystem::copy_file(file("whole.mov"), path,
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::resize_file(path, size);
+        const auto reader = MovieReader::open(path);
+        int count = 0;
+        while (reader->next())
+            ++count;
+        EXPECT_GE(count, previous) << size;
+        previous = count;
+    }
+    EXPECT_GT(previous, 150);
+}
+
+TEST_F(MovieReaderTest, AMovieTornInAFragmentsIndexIsToldOf) {
+    const auto path = tenSeconds();
+    std::string bytes;
+    {
+        std::ifstream stream(path, std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(stream), {});
+    }
+    const auto fragment = bytes.rfind("moof");
+    const auto content = bytes.rfind("mdat");
+    ASSERT_LT(fragment, content);
+    // The last entry of the index is cut in two; behind it come a size and the name of the content.
+    std::filesystem::resize_file(path, content - 6);
+    const test::LogLines log;
+    const auto reader = MovieReader::open(path);
+    int count = 0;
+    while (reader->next())
+        ++count;
+    EXPECT_GT(count, 240);
+    EXPECT_EQ(log.count("\"ten.mov\" was cut off. What is left of it ends at "), 1);
+}
+
 TEST_F(MovieReaderTest, OfAWholeMovieThereIsNothingToTell) {
     const test::LogLines log;
     const auto reader = MovieReader::open(tenSeconds());

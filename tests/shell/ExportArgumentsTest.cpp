@@ -62,6 +62,8 @@ TEST(ExportArgumentsTest, TheFormatIsWhatTheFileEndsInOrWhatIsAsked) {
     const auto formatOf = [](const QStringList& words) { return ExportArguments::parse(words).format; };
     EXPECT_EQ(formatOf({"take"}), ExportFormat::mp4);
     EXPECT_EQ(formatOf({"take", "-o", "a/b.mp4"}), ExportFormat::mp4);
+    EXPECT_EQ(formatOf({"take", "-o", "Film.MP4"}), ExportFormat::mp4);
+    EXPECT_EQ(formatOf({"take", "--format", "gif", "-o", "Film.Gif"}), ExportFormat::gif);
     EXPECT_EQ(formatOf({"take", "-o", "b.gif"}), ExportFormat::gif);
     EXPECT_EQ(formatOf({"take", "--format", "gif"}), ExportFormat::gif);
     EXPECT_EQ(formatOf({"take", "--format", "gif", "-o", "b.gif"}), ExportFormat::gif);
