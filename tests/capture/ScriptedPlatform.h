@@ -144,6 +144,7 @@ struct ScriptedPlatform final : CapturePlatform {
     std::shared_future<void> streamStop;  ///< when the stream's stop returns, if that is to be delayed
     std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
+    int timesAskedWhatIsLeftOut = 0;
     std::vector<Rect> preflights;
     std::optional<Rect> presentFrame;  ///< of every window, if it isn't what it was
     std::vector<ShareableWindow> windows;
@@ -151,7 +152,10 @@ struct ScriptedPlatform final : CapturePlatform {
     ScriptedThumbnails::Script thumbnails;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
-    bool leavesOutOwnWindows() override { return leavesOut; }
+    bool leavesOutOwnWindows() override {
+        ++timesAskedWhatIsLeftOut;
+        return leavesOut;
+    }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     ContentFilter withPresentFrame(const ContentFilter& filter) override {
         return {filter.window, filter.window ? presentFrame.value_or(filter.contentRect) : filter.contentRect,
