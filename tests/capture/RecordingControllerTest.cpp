@@ -319,6 +319,19 @@ TEST_F(Recording, AUserWithoutMicrophoneIsAskedAndMayGoOn) {
     stop();
 }
 
+TEST_F(Recording, AMicrophonesFileThatCannotBeMadeIsToldBeforeTheCountdown) {
+    devices.hasMicrophone = preferences.captureMicrophone = true;
+    devices.beforeMicrophone = [this] {
+        const auto bundle = std::filesystem::directory_iterator(preferences.libraryFolder)->path();
+        std::filesystem::create_directories(bundle / TakeBundle::microphoneFile / "in the way");
+    };
+    presenter.goesOn = false;
+    EXPECT_TRUE(std::holds_alternative<RecordingController::Cancelled>(start()));
+    ASSERT_EQ(presenter.told.size(), 1U);
+    EXPECT_TRUE(presenter.told.front().starts_with("microphone: ")) << presenter.told.front();
+    EXPECT_EQ(bundleCount(), 0U);
+}
+
 TEST_F(Recording, WithoutAWantedSystemAudioItsUserIsTold) {
     preferences.captureSystemAudio = true;
     const LogLines lines;

@@ -122,7 +122,10 @@ struct ScriptedDevices final : RecordingDevices {
     std::string askedMicrophone;
     std::string askedCamera;
 
+    std::function<void()> beforeMicrophone = [] {};  ///< is opened; on another thread
+
     std::unique_ptr<LiveSoundSource> openMicrophone(const std::string& identifier) override {
+        beforeMicrophone();
         askedMicrophone = identifier;
         if (!hasMicrophone) throw CaptureError::noMicrophone();
         return std::make_unique<ScriptedSound>(microphone, SoundFormat{48'000, 1}, soundStop);
