@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
 #include <future>
 #include <mutex>
 #include <optional>
@@ -60,6 +61,7 @@ class ScriptedSound final : public LiveSoundSource {
     SoundFormat format() const override { return format_; }
     void start(Handler handler) override { control_.connect(std::move(handler)); }
     void stop() override {
+        qInfo("step: sound stops");
         if (mayStop_.valid()) mayStop_.wait();
         control_.disconnect();
     }
@@ -94,6 +96,7 @@ class ScriptedCamera final : public CameraSource {
         });
     }
     void stop() override {
+        qInfo("step: camera stops");
         if (mayStop_.valid()) mayStop_.wait();
         control_.disconnect();
         thread_.request_stop();
