@@ -48,8 +48,14 @@ std::unique_ptr<SkipFlag> listenForSpace(CapturePlatform& platform) {
 
 }  // namespace
 
-QCoro::Task<> CountdownController::run(int seconds, std::stop_token cancel) {
-    if (seconds < 1) co_return;
+QCoro::Task<> CountdownController::run(int seconds, std::stop_token cancel, std::function<void()> hideMore) {
+    if (seconds >= 1) co_await count(seconds, cancel);
+    if (hideMore) hideMore();
+    // What was on the screen needs a moment to be really off it.
+    if (seconds >= 1 || hideMore) co_await clock_.after(120ms);
+}
+
+QCoro::Task<> CountdownController::count(int seconds, std::stop_token cancel) {
     const auto skip = listenForSpace(platform_);
     const auto isOver = [&] { return cancel.stop_requested() || (skip && skip->value()); };
     for (int left = seconds; left > 0 && !isOver(); --left) {
@@ -59,8 +65,6 @@ QCoro::Task<> CountdownController::run(int seconds, std::stop_token cancel) {
         }
     }
     presenter_.hideCountdown();
-    // The countdown needs a moment to be really off the screen.
-    co_await clock_.after(120ms);
 }
 
 }  // namespace tessaloom

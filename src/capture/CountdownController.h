@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <functional>
 #include <stop_token>
 
 #include "base/WaitClock.h"
@@ -18,9 +19,12 @@ class CountdownController {
         : platform_(platform), presenter_(presenter), clock_(clock) {}
 
     /// Returns when the countdown is over, skipped or given up, and off the screen. Below 1 nothing is shown.
-    QCoro::Task<> run(int seconds, std::stop_token cancel);
+    /// `hideMore`, if there is one, takes off the screen what else mustn't be in the picture.
+    QCoro::Task<> run(int seconds, std::stop_token cancel, std::function<void()> hideMore = {});
 
   private:
+    QCoro::Task<> count(int seconds, std::stop_token cancel);
+
     CapturePlatform& platform_;
     RecordingPresenter& presenter_;
     WaitClock& clock_;

@@ -22,12 +22,19 @@ constexpr std::chrono::milliseconds flushInterval{500};
 constexpr double longestDelay = 2.0;
 constexpr int sampleRate = 44'100;
 
+MovieWriter::Settings soundSettings(int channels) {
+    return {.container = MovieWriter::Container::fragmentedSound,
+            .sound = AacSettings{.sampleRate = sampleRate, .channels = channels}};
+}
+
 }  // namespace
 
 /// What the source's thread and a finish that overstays its limit go on using.
 struct MicRecorder::Recording {
     Recording(std::unique_ptr<LiveSoundSource> microphone, std::filesystem::path path)
-        : file(std::move(path)), source(std::move(microphone)) {}
+        : file(std::move(path)),
+          writer(MovieWriter::create(file, soundSettings(microphone->format().channels))),
+          source(std::move(microphone)) {}
 
     void receive(const SoundChunk& chunk);
     void begin(double hostTime);
@@ -64,10 +71,6 @@ void MicRecorder::Recording::receive(const SoundChunk& chunk) {
 }
 
 void MicRecorder::Recording::begin(double hostTime) {
-    const int channels = source->format().channels;
-    writer =
-        MovieWriter::create(file, {.container = MovieWriter::Container::fragmentedSound,
-                                   .sound = AacSettings{.sampleRate = sampleRate, .channels = channels}});
     sound.emplace(source->format(), sampleRate, hostTime,
                   [this](std::span<const float> samples) { writer->appendSound(samples); });
     firstSamplePTS = hostTime;
@@ -105,6 +108,8 @@ void MicRecorder::Recording::finish() {
     if (dropped >= 1) qCCritical(Log::mic, "Mic dropped %d buffers; audio may drift", dropped);
     if (firstSamplePTS && !failed) write([this] { complete(); });
     writer.reset();
+    std::error_code ignored;
+    if (!firstSamplePTS) std::filesystem::remove(file, ignored);
 }
 
 void MicRecorder::Recording::complete() {
@@ -115,8 +120,6 @@ void MicRecorder::Recording::complete() {
 std::unique_ptr<MicRecorder> MicRecorder::start(std::unique_ptr<LiveSoundSource> source,
                                                 const std::filesystem::path& file) {
     qCInfo(Log::mic, "Mic device: %s", source->name().c_str());
-    std::error_code ignored;
-    std::filesystem::remove(file, ignored);
     auto recording = std::make_shared<Recording>(std::move(source), file);
     Recording* const receiver = recording.get();  // source and flusher are the recording's own
     recording->flusher.emplace(flushInterval, [receiver] { return receiver->flush(); });

@@ -17,7 +17,8 @@ namespace tessaloom {
 /// host time. Serves one recording. Main thread, except where told.
 class MicRecorder {
   public:
-    /// Any file at `file` is removed; a new one is made when the first sample comes.
+    /// Any file at `file` is replaced by an empty one, which the first sample begins; without any it is
+    /// removed at the end. Throws MediaError when it can't be made.
     static std::unique_ptr<MicRecorder> start(std::unique_ptr<LiveSoundSource> source,
                                               const std::filesystem::path& file);
     /// Without stop() the file stays as it then is.

@@ -67,6 +67,7 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     if (state_ != State::idle) co_return Cancelled{};
     setState(State::starting);
     warnings_.clear();
+    recordBarIsHidden_ = false;
     std::optional<Failed> failure;
     auto result = SourceStart::running;
     try {
@@ -105,6 +106,7 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(Failed 
     qCCritical(Log::recordingTold, "Failed to start recording: %s", failure.message.c_str());
     co_await abortCapture();
     const bool mayRecordScreen = permissions_.isGranted(Permission::screenRecording);
+    if (by == StartedBy::user) showRecordBarAgain();
     if (by == StartedBy::user) co_await presenter_.tellFailure(failure.message, mayRecordScreen);
     co_return failure;
 }
@@ -132,14 +134,15 @@ QCoro::Task<RecordingController::SourceStart> RecordingController::startSources(
     if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
     auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio, by);
 
+    std::function<void()> hideOthers;
+    if (!platform_.leavesOutOwnWindows()) hideOthers = [this] { hideOwnWindows(); };
     const int countdown = preferences.countdownSeconds;
     co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
-                            cancel);
+                            cancel, hideOthers);
     if (cancel.stop_requested()) co_return SourceStart::givenUp;
     if (webcam_) co_await webcam_->waitForFileStart(cameraStartLimit, clock_, cancel);
     if (cancel.stop_requested()) co_return SourceStart::givenUp;
 
-    if (webcam_ && !platform_.leavesOutOwnWindows()) presenter_.hideCamera();
     co_await startScreen(*target, std::move(systemAudio), cancel);
     if (cancel.stop_requested()) co_return SourceStart::givenUp;
     if (!screen_->started()) throw CaptureError::noFrames();
@@ -167,6 +170,18 @@ QCoro::Task<std::optional<CaptureTarget>> RecordingController::findTarget(Captur
     const ShareableContent content = platform_.shareableContent();
     permissions_.screenWasLookedAt();
     co_return resolveSource(source, content);
+}
+
+/// They would be in the picture.
+void RecordingController::hideOwnWindows() {
+    if (webcam_) presenter_.hideCamera();
+    presenter_.hideRecordBar();
+    recordBarIsHidden_ = true;
+}
+
+/// If only the picture was the reason for hiding it.
+void RecordingController::showRecordBarAgain() {
+    if (std::exchange(recordBarIsHidden_, false)) presenter_.showRecordBar();
 }
 
 void RecordingController::takePreflightPicture(const ContentFilter& filter) {
@@ -332,6 +347,7 @@ QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     tearDown();
     setState(State::idle);
     if (afterwards == Afterwards::openEditor) {
+        showRecordBarAgain();
         presenter_.openEditor(*lastBundle_);
     } else {
         leaveQuietly();

@@ -127,6 +127,8 @@ class RecordingController : public QObject {
     QCoro::Task<> prepareCamera(bool wanted, std::string identifier, StartedBy by);
     QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted, StartedBy by);
     QCoro::Task<std::optional<CaptureTarget>> findTarget(CaptureSource source, std::stop_token cancel);
+    void hideOwnWindows();
+    void showRecordBarAgain();
     void takePreflightPicture(const ContentFilter& filter);
     StartOutcome stayIdle(StartedBy by);
     QCoro::Task<StartOutcome> giveUp(StartedBy by);
@@ -158,6 +160,7 @@ class RecordingController : public QObject {
     std::optional<std::filesystem::path> agentRecording_;  ///< only while an agent's recording runs
     std::unique_ptr<QFutureWatcher<void>> agentLimit_;
     std::vector<std::string> warnings_;
+    bool recordBarIsHidden_ = false;  ///< for not to be in the picture
     std::uint64_t streamStartHostTime_ = 0;
     WarmCamera warmCamera_{devices_, presenter_, permissions_, clock_};
     std::unique_ptr<MicRecorder> mic_;

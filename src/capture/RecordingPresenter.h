@@ -39,8 +39,8 @@ class RecordingPresenter {
     /// may be why.
     virtual QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) = 0;
 
-    /// The bar from which recordings are started, where there is one: off while an agent's recording runs,
-    /// back when a user's start was given up.
+    /// The bar from which recordings are started, where there is one: off while an agent's recording runs, or
+    /// one whose picture it would be in; back when a user's start was given up, or their recording is over.
     virtual void showRecordBar() {}
     virtual void hideRecordBar() {}
 

@@ -73,6 +73,7 @@ struct ScreenCaptureEngine::Recording {
 
     void receive(const ScreenFrame& frame);
     void receive(const SoundChunk& chunk);
+    void writingFailed(const MediaError& error);
     void endedByItself(const std::string& reason);
     void finish();
 
@@ -86,6 +87,7 @@ struct ScreenCaptureEngine::Recording {
     double timelineOrigin = 0;
 
     std::atomic<bool> ended = false;
+    std::atomic<bool> writeFailureIsTold = false;
     std::unique_ptr<LiveMovie> movie;
     // Last, so that their threads end before what they use.
     std::unique_ptr<LiveSoundSource> systemAudio;
@@ -105,7 +107,7 @@ void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
     try {
         movie->append(frame.patches, frame.hostTime);
     } catch (const MediaError& error) {
-        endedByItself(error.what());
+        writingFailed(error);
     }
 }
 
@@ -114,8 +116,14 @@ void ScreenCaptureEngine::Recording::receive(const SoundChunk& chunk) {
     try {
         movie->appendSound(chunk);
     } catch (const MediaError& error) {
-        endedByItself(error.what());
+        writingFailed(error);
     }
+}
+
+/// The file's end will fail for the same reason, which needn't be told once more.
+void ScreenCaptureEngine::Recording::writingFailed(const MediaError& error) {
+    writeFailureIsTold = !ended;
+    endedByItself(error.what());
 }
 
 void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
@@ -134,7 +142,8 @@ void ScreenCaptureEngine::Recording::finish() {
     try {
         if (started) movie->finish(HostClock::seconds());
     } catch (const MediaError& error) {
-        qCCritical(Log::screenCapture, "stopCapture failed: %s", error.what());
+        const auto category = writeFailureIsTold ? &Log::screenCaptureTold : &Log::screenCapture;
+        qCCritical(category, "stopCapture failed: %s", error.what());
     }
     movie.reset();
     std::error_code ignored;

@@ -18,6 +18,7 @@
 #include "base/Log.h"
 #include "base/TimeLimit.h"
 #include "capture/RecordingController.h"
+#include "media/MovieReader.h"
 #include "shell/CommandPresenter.h"
 #include "shell/ExitGuard.h"
 #include "shell/InterruptSignals.h"
@@ -42,6 +43,14 @@ constexpr const char* displayLost = "The connection to the X server was lost.";
 std::unique_ptr<RecordingWindows> windowsIfVisible(CapturePlatform& platform) {
     return QGuiApplication::platformName() == "offscreen" ? nullptr
                                                           : std::make_unique<RecordingWindows>(platform);
+}
+
+bool hasPicture(const TakeBundle& bundle) {
+    try {
+        return MovieReader::open(bundle.file(TakeBundle::screenFile))->next().has_value();
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 /// One run of the command, from the first countdown second to the stored bundle.
@@ -96,6 +105,7 @@ class RecordRun {
         co_await untilEnd();
         line_.show(std::string());
         co_await controller_.stop();
+        requirePicture();
         if (endReason_) std::cerr << *endReason_ << " What was recorded until then is saved.\n";
         std::cout << controller_.lastBundle()->string() << std::endl;
         co_return ExitStatus::done;
@@ -107,6 +117,14 @@ class RecordRun {
         if (!failure.advice.empty()) reason += " " + failure.advice;
         if (endReason_) reason += " " + *endReason_;
         return reason;
+    }
+
+    /// Throws CommandError when nothing of the screen could be stored, whatever else there is.
+    void requirePicture() const {
+        if (hasPicture(TakeBundle{*controller_.lastBundle()})) return;
+        const std::string reason = endReason_ ? *endReason_ + " " : std::string();
+        throw CommandError(reason +
+                           "Nothing of the screen was recorded. Check the folder and the free space.");
     }
 
     /// Nothing when the user was to select an area and cancelled. A pick is left to the recording.

@@ -2,14 +2,18 @@
 #include "capture/MicRecorder.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QCoroTask>
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <numbers>
 #include <thread>
 
 #include "capture/ScriptedDevices.h"
+#include "media/MediaError.h"
+#include "support/LogLines.h"
 #include "support/SoundProbe.h"
 #include "support/TemporaryFolder.h"
 
@@ -105,12 +109,52 @@ TEST_F(Microphone, ItsFileCanBePlayedWhileItGrows) {
     stop();
 }
 
-TEST_F(Microphone, AFileThatCannotBeWrittenEndsQuietly) {
-    std::filesystem::create_directories(file / "in the way");
-    recorder->arm(origin);
+TEST_F(Microphone, AFileThatCannotBeMadeIsAnErrorOfTheStart) {
+    const auto blocked = folder.path() / "blocked.m4a";
+    std::filesystem::create_directories(blocked / "in the way");
+    test::SourceControl<SoundChunk> other;
+    EXPECT_THROW(
+        MicRecorder::start(std::make_unique<test::ScriptedSound>(other, SoundFormat{48'000, 1}), blocked),
+        MediaError);
+    EXPECT_FALSE(other.running());
+    EXPECT_TRUE(std::filesystem::exists(blocked / "in the way"));
+}
+
+TEST_F(Microphone, ItsFileIsEmptyUntilItIsArmed) {
     deliver(origin, true);
-    deliver(origin + 0.1, true);
-    stop();
+    EXPECT_EQ(std::filesystem::file_size(file), 0U) << "what isn't empty counts as a recording after a crash";
+}
+
+/// As on a full disk, as long as it lives.
+class NoFileGrows {
+  public:
+    NoFileGrows() : ignored_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit none{0, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~NoFileGrows() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, ignored_);
+    }
+    NoFileGrows(const NoFileGrows&) = delete;
+    NoFileGrows& operator=(const NoFileGrows&) = delete;
+
+  private:
+    void (*ignored_)(int);
+    rlimit before_{};
+};
+
+TEST_F(Microphone, AFileThatCanNoLongerBeWrittenEndsQuietly) {
+    const test::LogLines lines;
+    recorder->arm(origin);
+    {
+        const NoFileGrows full;
+        deliver(origin, true);
+        deliver(origin + 0.1, true);
+        stop();
+    }
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Failed to write the microphone's sound: "));
     EXPECT_FALSE(control.running());
 }
 

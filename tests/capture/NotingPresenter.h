@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -9,7 +10,7 @@
 
 namespace tessaloom::test {
 
-/// Notes what it was asked and told, and shows nothing.
+/// Notes and logs what it was asked and told, and shows nothing.
 class NotingPresenter final : public RecordingPresenter {
   public:
     std::vector<std::string> told;
@@ -20,15 +21,27 @@ class NotingPresenter final : public RecordingPresenter {
     std::vector<std::string> bar;
     bool goesOn = true;
 
-    void showCountdown(int secondsLeft) override { countdown.push_back(secondsLeft); }
+    void showCountdown(int secondsLeft) override {
+        qInfo("step: countdown %d", secondsLeft);
+        countdown.push_back(secondsLeft);
+    }
     void hideCountdown() override { countdown.push_back(0); }
     void showCamera(WebcamRecorder&, const CameraChoice& choice) override {
         shown.emplace_back("camera");
         choices.push_back(choice);
     }
-    void hideCamera() override { shown.emplace_back("no camera"); }
-    void hideDesktopIcons() override { shown.emplace_back("no icons"); }
-    void restoreDesktopIcons() override { shown.emplace_back("icons"); }
+    void hideCamera() override {
+        qInfo("step: no camera");
+        shown.emplace_back("no camera");
+    }
+    void hideDesktopIcons() override {
+        qInfo("step: no icons");
+        shown.emplace_back("no icons");
+    }
+    void restoreDesktopIcons() override {
+        qInfo("step: icons");
+        shown.emplace_back("icons");
+    }
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override {
         told.push_back("microphone: " + reason);
         co_return goesOn;

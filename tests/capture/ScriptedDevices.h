@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
 #include <future>
 #include <mutex>
 #include <optional>
@@ -60,6 +61,7 @@ class ScriptedSound final : public LiveSoundSource {
     SoundFormat format() const override { return format_; }
     void start(Handler handler) override { control_.connect(std::move(handler)); }
     void stop() override {
+        qInfo("step: sound stops");
         if (mayStop_.valid()) mayStop_.wait();
         control_.disconnect();
     }
@@ -94,6 +96,7 @@ class ScriptedCamera final : public CameraSource {
         });
     }
     void stop() override {
+        qInfo("step: camera stops");
         if (mayStop_.valid()) mayStop_.wait();
         control_.disconnect();
         thread_.request_stop();
@@ -122,7 +125,10 @@ struct ScriptedDevices final : RecordingDevices {
     std::string askedMicrophone;
     std::string askedCamera;
 
+    std::function<void()> beforeMicrophone = [] {};  ///< is opened; on another thread
+
     std::unique_ptr<LiveSoundSource> openMicrophone(const std::string& identifier) override {
+        beforeMicrophone();
         askedMicrophone = identifier;
         if (!hasMicrophone) throw CaptureError::noMicrophone();
         return std::make_unique<ScriptedSound>(microphone, SoundFormat{48'000, 1}, soundStop);

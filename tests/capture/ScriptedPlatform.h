@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
+#include <functional>
 #include <future>
 #include <optional>
 #include <stdexcept>
@@ -43,6 +45,7 @@ class ScriptedStream final : public ScreenStream {
         });
     }
     void stop() override {
+        qInfo("step: stream stops");
         if (mayStop_.valid()) mayStop_.wait();
         if (thread_.joinable()) thread_.join();
     }
@@ -130,7 +133,7 @@ struct ScriptedPicker final : SourcePicker {
     Script& script_;
 };
 
-/// One small display whose sources follow a script.
+/// One small display whose sources follow a script. What is done with them is logged, step by step.
 struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
     bool refusesInput = false;
@@ -144,14 +147,19 @@ struct ScriptedPlatform final : CapturePlatform {
     std::shared_future<void> streamStop;  ///< when the stream's stop returns, if that is to be delayed
     std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
+    int timesAskedWhatIsLeftOut = 0;
     std::vector<Rect> preflights;
-    std::optional<Rect> presentFrame;  ///< of every window, if it isn't what it was
+    std::optional<Rect> presentFrame;           ///< of every window, if it isn't what it was
+    std::function<void()> beforeInput = [] {};  ///< is made
     std::vector<ShareableWindow> windows;
     ScriptedPicker::Script picker;
     ScriptedThumbnails::Script thumbnails;
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
-    bool leavesOutOwnWindows() override { return leavesOut; }
+    bool leavesOutOwnWindows() override {
+        ++timesAskedWhatIsLeftOut;
+        return leavesOut;
+    }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     ContentFilter withPresentFrame(const ContentFilter& filter) override {
         return {filter.window, filter.window ? presentFrame.value_or(filter.contentRect) : filter.contentRect,
@@ -164,13 +172,17 @@ struct ScriptedPlatform final : CapturePlatform {
     }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
         ++streamsMade;
+        qInfo("step: stream");
         return std::make_unique<ScriptedStream>(stream, configuration, streamStop, streamEnd);
     }
     std::unique_ptr<PointerSource> makePointerSource() override {
+        qInfo("step: pointer");
         if (!hasPointer) throw std::runtime_error("The script has no pointer.");
         return std::make_unique<StillPointer>(pointerIsKnown);
     }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
+        qInfo("step: input");
+        beforeInput();
         if (!hasInput) throw std::runtime_error("The script has no input.");
         return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
     }

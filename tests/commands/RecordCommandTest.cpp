@@ -55,6 +55,17 @@ TEST_F(RefusedRecordTest, ALibraryThatCannotBeWrittenIsNamed) {
     EXPECT_EQ(contentOf(file), "words");
 }
 
+TEST_F(RefusedRecordTest, ThatCanStoreNoPictureIsAFailure) {
+    // Room for the settings and the first edit, but for no frame.
+    std::vector<std::string> limited{"prlimit", "--fsize=1536"};
+    const auto record = command({"record", "--countdown", "0", "--duration", "10", "--no-microphone",
+                                 "--no-camera", "--no-system-audio"});
+    limited.insert(limited.end(), record.begin(), record.end());
+    ChildProcess process(limited, environment_);
+    expectRefused(finished(process), 1,
+                  "File too large. Nothing of the screen was recorded. Check the folder");
+}
+
 TEST_F(RefusedRecordTest, ASecondRecordingInTheSameSecondLeavesTheFirstAlone) {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     std::vector<std::filesystem::path> taken;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/DesktopRecording.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
@@ -15,6 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int colorTolerance = 6;
+constexpr const char* settingsFile = "settings.ini";
 
 void runOn(const VirtualDesktop& desktop, const std::string& command) {
     ChildProcess shell({"sh", "-c", command}, desktop.environment());
@@ -32,7 +34,7 @@ std::string withoutLineEnd(std::string text) {
 Environment programEnvironment(const Environment& desktop, const std::filesystem::path& library) {
     Environment environment = desktop;
     environment["TESSALOOM_LIBRARY"] = library.string();
-    environment["TESSALOOM_CONFIG"] = (library / "settings.ini").string();
+    environment["TESSALOOM_CONFIG"] = (library / settingsFile).string();
     environment["TESSALOOM_VERBOSE"] = "1";
     return environment;
 }
@@ -64,6 +66,11 @@ TakeBundle DesktopRecording::waitForEnd() {
     const TakeBundle finished{withoutLineEnd(program_->output())};
     if (finished.url != bundle().url) throw std::runtime_error("unexpected output: " + program_->output());
     return finished;
+}
+
+bool isWithoutRecordings(const std::filesystem::path& library) {
+    return std::ranges::all_of(std::filesystem::directory_iterator(library),
+                               [](const auto& entry) { return entry.path().filename() == settingsFile; });
 }
 
 void splitScreen(const VirtualDesktop& desktop) {

@@ -45,6 +45,9 @@ class DesktopRecording {
 /// The environment for the program with this library and settings of its own.
 Environment programEnvironment(const Environment& desktop, const std::filesystem::path& library);
 
+/// Whether a library used with programEnvironment() holds nothing but the settings.
+bool isWithoutRecordings(const std::filesystem::path& library);
+
 /// Puts two monitors, the left one primary, side by side on a desktop of 640 by 480 pixels. Throws
 /// std::runtime_error when the server refuses; so does the next.
 void splitScreen(const VirtualDesktop& desktop);
