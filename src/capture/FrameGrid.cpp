@@ -34,13 +34,13 @@ void FrameGrid::taken(double point) {
     cameAt_.reset();
 }
 
-/// By how much the next points move. Backwards only as far as there are points without a frame, and one more,
-/// so that changes which come more often than frames may are no reason.
+/// By how much the next points move. Backwards only as far as there were points without a frame, so that
+/// changes which come more often than frames may never get more of them.
 double FrameGrid::shiftAfter(double point) const {
     if (!cameAt_) return 0;
     const double wait = (point - *cameAt_) / interval_;
     if (wait < shortestWait) return step * interval_;
-    const double unused = point - *first_ - (laterFrames_ - 1) * interval_;
+    const double unused = point - *first_ - laterFrames_ * interval_;
     return wait > longestWait && unused > step * interval_ ? -step * interval_ : 0;
 }
 

@@ -79,7 +79,7 @@ TEST_F(X11Stream, SteadyChangesGiveFramesOnOneGridOfSixtyASecond) {
         EXPECT_NEAR(steps, std::round(steps), 0.02) << "the grid moves no faster";
         EXPECT_GT(steps, 0.9);
     }
-    EXPECT_LE(static_cast<double>(times.size()), (times.back() - times.front()) * 60.0 + 2.1);
+    EXPECT_LE(static_cast<double>(times.size()), (times.back() - times.front()) * 60.0 + 1.1);
 }
 
 /// A recorder that takes the first frame and doesn't return before it is let go.
