@@ -54,9 +54,13 @@ bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
 }
 
 bool X11CapturePlatform::leavesOutOwnWindows() {
+    if (leavesOutOwnWindows_) return *leavesOutOwnWindows_;
     const auto connection = X11Connection::open();
     const auto limit = connection->limitWaits();
-    return X11BeneathWindows::isPossible(*connection);
+    const bool isPossible = X11BeneathWindows::isPossible(*connection);
+    connection->requireServer();
+    leavesOutOwnWindows_ = isPossible;
+    return isPossible;
 }
 
 BgraImage X11CapturePlatform::wallpaper(const DesktopScreen& screen) {
