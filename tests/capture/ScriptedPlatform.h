@@ -64,14 +64,13 @@ class ScriptedStream final : public ScreenStream {
 /// Rests at one place, or is nowhere.
 class StillPointer final : public PointerSource {
   public:
-    explicit StillPointer(bool isKnown) : isKnown_(isKnown) {}
-    std::optional<Point> location() override {
-        return isKnown_ ? std::optional(Point{10, 10}) : std::nullopt;
-    }
+    explicit StillPointer(bool isKnown, Point place = {10, 10}) : isKnown_(isKnown), place_(place) {}
+    std::optional<Point> location() override { return isKnown_ ? std::optional(place_) : std::nullopt; }
     void stop() override {}
 
   private:
     bool isKnown_;
+    Point place_;
 };
 
 /// Reports one key press as it starts, or none, or refuses to start.
