@@ -147,6 +147,7 @@ struct ScriptedPlatform final : CapturePlatform {
 
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
+    bool blendsWindows() override { return false; }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     bool takePreflightPicture(const ContentFilter& filter) override {
         preflights.push_back(filter.contentRect);

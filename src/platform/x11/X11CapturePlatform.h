@@ -18,6 +18,7 @@ class X11CapturePlatform final : public CapturePlatform {
     ShareableContent shareableContent() override;
     bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
+    bool blendsWindows() override;
     BgraImage wallpaper(const DesktopScreen& screen) override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;
