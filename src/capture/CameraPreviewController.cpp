@@ -14,6 +14,9 @@ namespace {
 /// The bubble's distance from the edges of the screen, in points.
 constexpr int margin = 24;
 
+/// How far its shadow reaches.
+constexpr int shadowReach = 20;
+
 /// The middle of the picture, in the bubble's shape and size. Its fourth byte is dropped: from a camera it
 /// means nothing, on a screen with a compositing manager it would be taken for its opacity.
 QImage croppedToFill(const BgraView& picture, QSize size, bool mirrored) {
@@ -82,18 +85,25 @@ class CameraPreviewController::Feed {
 void CameraPreviewController::show(WebcamRecorder& camera, const CameraChoice& choice) {
     hide();
     const BubbleShape shape = bubbleShape(choice);
-    const QSize size = shape.size.toSize();
-    window_ = makeOverlayWindow("CameraPreview.qml", size, {{"radius", shape.radius}});
-    window_->setMask(roundedRegion(QRect(QPoint(), size), shape.radius));
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRect free = screen->availableGeometry();
-    window_->setPosition(free.x() + free.width() - size.width() - margin,
-                         free.y() + free.height() - size.height() - margin);
-    auto* bubble = qobject_cast<PictureItem*>(window_->rootObject());
-    feed_ = std::make_shared<Feed>(bubble, size * screen->devicePixelRatio(), choice.mirrored);
+    makeWindow(shape);
+    auto* bubble = window_->rootObject()->findChild<PictureItem*>("bubble");
+    const QSize pixels = shape.size.toSize() * QGuiApplication::primaryScreen()->devicePixelRatio();
+    feed_ = std::make_shared<Feed>(bubble, pixels, choice.mirrored);
     camera.setPreview([feed = feed_](const CameraPicture& picture) { feed->receive(picture); });
     window_->show();
     window_->raise();
+}
+
+/// A mask has hard edges, and room for the shadow would be black: both depend on what the desktop can do.
+void CameraPreviewController::makeWindow(const BubbleShape& shape) {
+    const int shadow = platform_.blendsWindows() ? shadowReach : 0;
+    const QSize size = shape.size.toSize();
+    window_ = makeOverlayWindow("CameraPreview.qml", size.grownBy({shadow, shadow, shadow, shadow}),
+                                {{"radius", shape.radius}, {"shadow", shadow}});
+    if (shadow == 0) window_->setMask(roundedRegion(QRect(QPoint(), size), shape.radius));
+    const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
+    window_->setPosition(free.x() + free.width() - size.width() - margin - shadow,
+                         free.y() + free.height() - size.height() - margin - shadow);
 }
 
 void CameraPreviewController::hide() {

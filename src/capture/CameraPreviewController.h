@@ -4,6 +4,7 @@
 #include <QQuickView>
 #include <memory>
 
+#include "capture/CapturePlatform.h"
 #include "capture/WebcamRecorder.h"
 #include "motion/FirstEdit.h"
 
@@ -17,10 +18,11 @@ struct BubbleShape {
 
 BubbleShape bubbleShape(const CameraChoice& choice);
 
-/// The camera's live picture in a bubble at the bottom right of the main screen. Main thread.
+/// The camera's live picture in a bubble at the bottom right of the main screen, with soft edges and a shadow
+/// where windows may be see-through. Main thread.
 class CameraPreviewController {
   public:
-    CameraPreviewController() = default;
+    explicit CameraPreviewController(CapturePlatform& platform) : platform_(platform) {}
     ~CameraPreviewController() { hide(); }
     CameraPreviewController(const CameraPreviewController&) = delete;
     CameraPreviewController& operator=(const CameraPreviewController&) = delete;
@@ -32,6 +34,9 @@ class CameraPreviewController {
   private:
     class Feed;
 
+    void makeWindow(const BubbleShape& shape);
+
+    CapturePlatform& platform_;
     std::unique_ptr<QQuickView> window_;
     std::shared_ptr<Feed> feed_;  ///< shared with the camera's thread
 };

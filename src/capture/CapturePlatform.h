@@ -30,6 +30,8 @@ class CapturePlatform {
     /// Whether a display's picture shows what lies beneath this program's own windows. Otherwise they are in
     /// it.
     virtual bool leavesOutOwnWindows() = 0;
+    /// Whether windows may be see-through in places. Otherwise these are black.
+    virtual bool blendsWindows() = 0;
     /// The screen's wallpaper, of any size; empty when the desktop doesn't tell or it can't be read.
     virtual BgraImage wallpaper(const DesktopScreen& screen) = 0;
     virtual std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) = 0;

@@ -66,7 +66,12 @@ void ChooserHost::startThumbnails(CapturePlatform& platform, double pixelsPerPoi
     thumbnails_ = platform.makeThumbnailSource(filters, layout_.picture * pixelsPerPoint);
     thumbnails_->start([model = model_](std::size_t index, const QImage& picture) {
         QMetaObject::invokeMethod(
-            model, [model, index, picture] { model->setPicture(index, picture); }, Qt::QueuedConnection);
+            model,
+            [model, index, picture] {
+                if (picture.isNull()) return model->setGone(index);
+                model->setPicture(index, picture);
+            },
+            Qt::QueuedConnection);
     });
 }
 
@@ -85,7 +90,9 @@ bool ChooserHost::eventFilter(QObject* window, QEvent* event) {
     return true;
 }
 
+/// A card that tells of a closed window stays where it is, so that no other one gets under the pointer.
 void ChooserHost::pick(int index) {
+    if (model_->isGone(index)) return;
     finish(entries_[static_cast<std::size_t>(index)].filter);
 }
 

@@ -21,6 +21,9 @@ class ChooserModel : public QAbstractListModel {
     int current() const { return current_; }
     void setCurrent(int index);
     void setPicture(std::size_t index, const QImage& picture);
+    /// It was closed, and can't be picked any more.
+    bool isGone(int index) const { return cards_[static_cast<std::size_t>(index)].isGone; }
+    void setGone(std::size_t index);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -30,11 +33,14 @@ class ChooserModel : public QAbstractListModel {
     void currentChanged();
 
   private:
+    void tellChange(std::size_t index, const QList<int>& roles);
+
     struct Card {
         QString title;
         QString detail;
         bool isDisplay = false;
         QImage picture;  ///< null at first
+        bool isGone = false;
     };
 
     std::vector<Card> cards_;

@@ -4,20 +4,14 @@
 #include <cmath>
 
 namespace tessaloom {
-namespace {
 
-// The usual defaults of Linux toolkits (Qt and GTK both use 400 ms and 5 pixels).
-constexpr double longestPauseSeconds = 0.4;
-constexpr double greatestDistancePoints = 5.0;
-
-bool isNear(const std::optional<Point>& a, const std::optional<Point>& b) {
-    return !a || !b || std::hypot(a->x - b->x, a->y - b->y) <= greatestDistancePoints;
+bool ClickCounter::isNear(const std::optional<Point>& place) const {
+    return !place || !lastPlace_ ||
+           std::hypot(place->x - lastPlace_->x, place->y - lastPlace_->y) <= limits_.greatestDistancePoints;
 }
 
-}  // namespace
-
 int ClickCounter::press(double time, const std::optional<Point>& place) {
-    const bool inARow = count_ > 0 && time - lastTime_ <= longestPauseSeconds && isNear(place, lastPlace_);
+    const bool inARow = count_ > 0 && time - lastTime_ <= limits_.longestPauseSeconds && isNear(place);
     count_ = inARow ? count_ + 1 : 1;
     lastTime_ = time;
     lastPlace_ = place;

@@ -23,7 +23,7 @@ class CursorSampler {
     /// No sample is taken after it returns. Safe to call at any time, also twice.
     void stop();
 
-    /// Hands over the samples since the last call, in time order. Any thread.
+    /// Hands over the samples since the last call, in time order, also those outside the area. Any thread.
     std::vector<CursorSample> takeSamples();
 
   private:

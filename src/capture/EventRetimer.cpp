@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "capture/RelativeLocation.h"
+
 namespace tessaloom {
 
 std::vector<InputEvent> EventRetimer::retime(std::vector<RawEvent> newEvents,
@@ -27,14 +29,15 @@ std::vector<InputEvent> EventRetimer::finish() {
 
 std::vector<InputEvent> EventRetimer::place(std::span<const RawEvent> events) {
     const CursorTrack path(path_);
+    const CursorTrack pathInside(heldInside(path_));
     std::vector<InputEvent> placedEvents;
     for (const RawEvent& raw : events) {
-        if (raw.host >= origin_) placedEvents.push_back(placed(raw, path));
+        if (raw.host >= origin_) placedEvents.push_back(placed(raw, path, pathInside));
     }
     return placedEvents;
 }
 
-InputEvent EventRetimer::placed(const RawEvent& raw, const CursorTrack& path) {
+InputEvent EventRetimer::placed(const RawEvent& raw, const CursorTrack& path, const CursorTrack& pathInside) {
     InputEvent event;
     event.pts = raw.host - origin_;
     if (raw.kind == RawInput::Kind::key) {
@@ -42,10 +45,10 @@ InputEvent EventRetimer::placed(const RawEvent& raw, const CursorTrack& path) {
         event.keyLabel = raw.label;
         return event;
     }
-    event.location = path.position(event.pts);
+    event.location = pathInside.position(event.pts);
     switch (raw.kind) {
         case RawInput::Kind::leftButton:
-            event.type = leftClickType(event);
+            event.type = leftClickType(event.pts, path.position(event.pts));
             break;
         case RawInput::Kind::rightButton:
             event.type = InputEvent::EventType::rightClick;
@@ -57,13 +60,12 @@ InputEvent EventRetimer::placed(const RawEvent& raw, const CursorTrack& path) {
     return event;
 }
 
-InputEvent::EventType EventRetimer::leftClickType(const InputEvent& event) {
+/// By where the pointer really was: places far apart outside the area may stick to the same one at its edge.
+InputEvent::EventType EventRetimer::leftClickType(double pts, const std::optional<RelativePoint>& pointer) {
     std::optional<Point> place;
-    if (event.location) {
-        place = Point{event.location->x * displayFrame_.width, event.location->y * displayFrame_.height};
-    }
-    return clicks_.press(event.pts, place) > 1 ? InputEvent::EventType::doubleClick
-                                               : InputEvent::EventType::leftClick;
+    if (pointer) place = Point{pointer->x * displayFrame_.width, pointer->y * displayFrame_.height};
+    return clicks_.press(pts, place) > 1 ? InputEvent::EventType::doubleClick
+                                         : InputEvent::EventType::leftClick;
 }
 
 }  // namespace tessaloom

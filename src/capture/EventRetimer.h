@@ -20,9 +20,11 @@ namespace tessaloom {
 class EventRetimer {
   public:
     /// `origin` in HostClock seconds, `displayFrame` the captured area in global points.
-    EventRetimer(double origin, const Rect& displayFrame) : origin_(origin), displayFrame_(displayFrame) {}
+    EventRetimer(double origin, const Rect& displayFrame, const ClickLimits& clickLimits = {})
+        : origin_(origin), displayFrame_(displayFrame), clicks_(clickLimits) {}
 
-    /// The events that can be placed now, in time order. `newSamples` continue the path of the calls before.
+    /// The events that can be placed now, in time order. `newSamples` continue the path of the calls before,
+    /// also outside the captured area, to whose edge the events stick.
     std::vector<InputEvent> retime(std::vector<RawEvent> newEvents, std::span<const CursorSample> newSamples);
 
     /// The events still waiting, placed at the path's end.
@@ -30,8 +32,8 @@ class EventRetimer {
 
   private:
     std::vector<InputEvent> place(std::span<const RawEvent> events);
-    InputEvent placed(const RawEvent& raw, const CursorTrack& path);
-    InputEvent::EventType leftClickType(const InputEvent& event);
+    InputEvent placed(const RawEvent& raw, const CursorTrack& path, const CursorTrack& pathInside);
+    InputEvent::EventType leftClickType(double pts, const std::optional<RelativePoint>& pointer);
 
     double origin_;
     Rect displayFrame_;

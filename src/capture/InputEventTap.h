@@ -17,6 +17,8 @@ class InputEventTap {
 
     /// False, with a line in the log, when the desktop doesn't let us listen.
     bool start();
+    /// What the user has set, as it was at the start.
+    ClickLimits clickLimits() const { return source_->clickLimits(); }
     /// Nothing is collected after it returns. Safe to call at any time, also twice.
     void stop();
 

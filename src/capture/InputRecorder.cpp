@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "base/Log.h"
+#include "capture/RelativeLocation.h"
 
 namespace tessaloom {
 namespace {
@@ -38,7 +39,7 @@ InputRecorder::InputRecorder(const TakeBundle& bundle, EventLog log, double orig
                              std::unique_ptr<CursorSampler> cursor, std::unique_ptr<InputEventTap> eventTap,
                              std::function<FileOffsets()> readOffsets)
     : log_(withOffsets(std::move(log), readOffsets())),
-      retimer_(origin, areaOf(log_.captureRect)),
+      retimer_(origin, areaOf(log_.captureRect), eventTap->clickLimits()),
       cursor_(std::move(cursor)),
       eventTap_(std::move(eventTap)),
       readOffsets_(std::move(readOffsets)),
@@ -83,8 +84,9 @@ void InputRecorder::gather() {
     updateOffsets();
     // Events first: the samples taken after them then reach past them.
     auto newEvents = eventTap_->takeEvents();
-    const auto samples = cursor_->takeSamples();
-    const auto events = retimer_.retime(std::move(newEvents), samples);
+    const auto path = cursor_->takeSamples();
+    const auto events = retimer_.retime(std::move(newEvents), path);
+    const auto samples = heldInside(path);
     writeJournal([&](EventJournal& journal) { journal.append(samples, events); });
     log_.cursorSamples.insert(log_.cursorSamples.end(), samples.begin(), samples.end());
     log_.events.insert(log_.events.end(), events.begin(), events.end());

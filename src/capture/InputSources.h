@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "capture/ClickCounter.h"
 #include "core/Geometry.h"
 
 namespace tessaloom {
@@ -48,6 +49,8 @@ class InputEventSource {
     virtual ~InputEventSource() = default;
     /// The handler runs on the source's own thread. Throws std::runtime_error when the desktop refuses.
     virtual void start(Handler handler) = 0;
+    /// What the user has set, as it was at the start.
+    virtual ClickLimits clickLimits() const { return {}; }
     /// The handler doesn't run after it returns. Safe to call at any time.
     virtual void stop() = 0;
 };

@@ -10,6 +10,7 @@ namespace tessaloom {
 class PictureItem : public QQuickPaintedItem {
     Q_OBJECT
     Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY imageChanged)
     Q_PROPERTY(qreal radius MEMBER radius_ NOTIFY shapeChanged)
     Q_PROPERTY(qreal borderWidth MEMBER borderWidth_ NOTIFY shapeChanged)
     Q_PROPERTY(QColor borderColor MEMBER borderColor_ NOTIFY shapeChanged)
@@ -18,6 +19,7 @@ class PictureItem : public QQuickPaintedItem {
     explicit PictureItem(QQuickItem* parent = nullptr);
 
     const QImage& image() const { return image_; }
+    bool isEmpty() const { return image_.isNull(); }
     void setImage(const QImage& image);
     void paint(QPainter* painter) override;
 

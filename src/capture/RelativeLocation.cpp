@@ -17,8 +17,16 @@ double heldInside(double fraction) {
 
 std::optional<RelativePoint> relativeLocation(const Point& point, const Rect& capturedArea) {
     if (!(capturedArea.width > 0) || !(capturedArea.height > 0)) return std::nullopt;
-    return RelativePoint{heldInside((point.x - capturedArea.x) / capturedArea.width),
-                         heldInside((point.y - capturedArea.y) / capturedArea.height)};
+    return RelativePoint{(point.x - capturedArea.x) / capturedArea.width,
+                         (point.y - capturedArea.y) / capturedArea.height};
+}
+
+std::vector<CursorSample> heldInside(std::vector<CursorSample> samples) {
+    for (CursorSample& sample : samples) {
+        sample.x = heldInside(sample.x);
+        sample.y = heldInside(sample.y);
+    }
+    return samples;
 }
 
 }  // namespace tessaloom

@@ -12,7 +12,8 @@ namespace tessaloom {
 class ThumbnailSource {
   public:
     /// A picture of the thing with this number, which fits the size that was asked for. Called on the
-    /// source's own thread, once for each thing and again a few times a second as long as it changes.
+    /// source's own thread, once for each thing and again a few times a second as long as it changes. A null
+    /// picture, at the end, tells that the thing is gone.
     using Handler = std::function<void(std::size_t index, const QImage& picture)>;
 
     virtual ~ThumbnailSource() = default;

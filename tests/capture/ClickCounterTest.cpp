@@ -31,6 +31,14 @@ TEST(ClickCounter, APressTooLateStartsAnew) {
     EXPECT_EQ(counter.press(1.41, Point{10, 10}), 1);
 }
 
+TEST(ClickCounter, TheUserMaySetPauseAndDistance) {
+    ClickCounter counter({.longestPauseSeconds = 1.0, .greatestDistancePoints = 20});
+    counter.press(1.0, Point{10, 10});
+    EXPECT_EQ(counter.press(1.9, Point{29, 10}), 2);
+    EXPECT_EQ(counter.press(2.0, Point{50, 10}), 1);
+    EXPECT_EQ(counter.press(3.1, Point{50, 10}), 1);
+}
+
 TEST(ClickCounter, UnknownPlacesCountByTimeAlone) {
     ClickCounter counter;
     counter.press(1.0, std::nullopt);

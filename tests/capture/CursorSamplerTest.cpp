@@ -42,16 +42,20 @@ std::vector<CursorSample> sampled(std::optional<Point> place, double origin) {
     return sampler.takeSamples();
 }
 
-TEST(RelativeLocation, IsAFractionOfTheAreaAndSticksToItsEdge) {
+TEST(RelativeLocation, IsAFractionOfTheArea) {
     const Rect area{100, 0, 200, 100};
     EXPECT_EQ(relativeLocation({150, 25}, area), (RelativePoint{0.25, 0.25}));
-    const auto edge = relativeLocation({0, 500}, area);
-    ASSERT_TRUE(edge);
-    EXPECT_NEAR(edge->x, 0, 1e-8);
-    EXPECT_NEAR(edge->y, 1, 1e-8);
-    EXPECT_GT(edge->x, 0);
-    EXPECT_LT(edge->y, 1);
+    EXPECT_EQ(relativeLocation({0, 500}, area), (RelativePoint{-0.5, 5}));
     EXPECT_FALSE(relativeLocation({0, 0}, {0, 0, 0, 100}));
+}
+
+TEST(RelativeLocation, OfASampleSticksToTheEdgeOfTheArea) {
+    const auto samples = heldInside({{1, 0.25, 0.75}, {2, -0.5, 5}});
+    EXPECT_EQ(samples[0], (CursorSample{1, 0.25, 0.75}));
+    EXPECT_NEAR(samples[1].x, 0, 1e-8);
+    EXPECT_NEAR(samples[1].y, 1, 1e-8);
+    EXPECT_GT(samples[1].x, 0);
+    EXPECT_LT(samples[1].y, 1);
 }
 
 TEST(CursorSampler, SamplesRunForwardFromTheOrigin) {

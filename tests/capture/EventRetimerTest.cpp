@@ -78,6 +78,27 @@ TEST(EventRetimer, SecondAndThirdPressesInARowAreDoubleClicks) {
                                   Type::rightClick, Type::scroll}));
 }
 
+TEST(EventRetimer, PressesOutsideTheAreaStickToItsEdgeButCountWhereTheyWere) {
+    EventRetimer retimer(origin, frame);
+    const std::vector<CursorSample> path{{1.0, 1.5, 0.2}, {1.1, 1.5, 0.2}, {1.2, 1.9, 0.2}, {1.3, 1.9, 0.2}};
+    const auto events =
+        retimer.retime({press(origin + 1.05), press(origin + 1.25), press(origin + 1.3)}, path);
+    ASSERT_EQ(events.size(), 3U);
+    for (const InputEvent& event : events) {
+        EXPECT_NEAR(event.location->x, 1, 1e-8);
+        EXPECT_LT(event.location->x, 1);
+    }
+    EXPECT_EQ(events[1].type, Type::leftClick);
+    EXPECT_EQ(events[2].type, Type::doubleClick);
+}
+
+TEST(EventRetimer, DoubleClicksAreAsQuickAsTheUserHasSet) {
+    EventRetimer retimer(origin, frame, {.longestPauseSeconds = 0.8});
+    const std::vector<CursorSample> path{{0.0, 0.5, 0.5}, {3.0, 0.5, 0.5}};
+    const auto events = retimer.retime({press(origin + 1.0), press(origin + 1.7)}, path);
+    EXPECT_EQ(events.at(1).type, Type::doubleClick);
+}
+
 TEST(EventRetimer, PressesInARowAreFollowedAcrossCalls) {
     EventRetimer retimer(origin, frame);
     retimer.retime({press(origin + 1.0)}, std::vector<CursorSample>{{0.0, 0.5, 0.5}, {1.1, 0.5, 0.5}});

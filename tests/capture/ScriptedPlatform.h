@@ -67,14 +67,13 @@ class ScriptedStream final : public ScreenStream {
 /// Rests at one place, or is nowhere.
 class StillPointer final : public PointerSource {
   public:
-    explicit StillPointer(bool isKnown) : isKnown_(isKnown) {}
-    std::optional<Point> location() override {
-        return isKnown_ ? std::optional(Point{10, 10}) : std::nullopt;
-    }
+    explicit StillPointer(bool isKnown, Point place = {10, 10}) : isKnown_(isKnown), place_(place) {}
+    std::optional<Point> location() override { return isKnown_ ? std::optional(place_) : std::nullopt; }
     void stop() override {}
 
   private:
     bool isKnown_;
+    Point place_;
 };
 
 /// Reports one key press as it starts, or none, or refuses to start.
@@ -160,6 +159,7 @@ struct ScriptedPlatform final : CapturePlatform {
         ++timesAskedWhatIsLeftOut;
         return leavesOut;
     }
+    bool blendsWindows() override { return false; }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
     ContentFilter withPresentFrame(const ContentFilter& filter) override {
         return {filter.window, filter.window ? presentFrame.value_or(filter.contentRect) : filter.contentRect,

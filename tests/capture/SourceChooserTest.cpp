@@ -10,6 +10,7 @@
 #include <QQuickView>
 
 #include "capture/ChooserLayout.h"
+#include "capture/ChooserModel.h"
 #include "capture/ScriptedPlatform.h"
 #include "support/LogLines.h"
 
@@ -113,6 +114,26 @@ TEST_F(Chooser, ShowsThePicturesThatArrive) {
     EXPECT_TRUE(isShown());
     press(window, Qt::Key_Escape);
     QCoro::waitFor(task);
+}
+
+TEST_F(Chooser, AWindowThatWasClosedCannotBePicked) {
+    auto task = chooser.pick(cancel.get_token());
+    QQuickView* const window = view();
+    const auto* model = window->rootObject()->property("model").value<ChooserModel*>();
+    ASSERT_NE(model, nullptr);
+    const auto goneRole = model->roleNames().key("isGone");
+    const auto detailRole = model->roleNames().key("detail");
+    platform.thumbnails.handler(1, {});
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(model->index(1).data(goneRole).toBool());
+    EXPECT_FALSE(model->index(2).data(goneRole).toBool());
+    EXPECT_EQ(model->index(1).data(detailRole).toString(), "This window was closed");
+    press(window, Qt::Key_Right);
+    press(window, Qt::Key_Return);
+    EXPECT_NE(view(), nullptr) << "the choice goes on";
+    press(window, Qt::Key_Right);
+    press(window, Qt::Key_Return);
+    EXPECT_EQ(QCoro::waitFor(task).filter->window, 2U);
 }
 
 TEST_F(Chooser, ThatCannotBeShownIsLoggedAndPicksNothing) {

@@ -22,10 +22,12 @@ constexpr std::uint32_t blue = 0x3060F0;
 /// `tessaloom record --pick` on a desktop with two windows, of which the orange one covers the green one.
 class ChooserOnScreen : public ::testing::Test {
   protected:
-    void SetUp() override {
-        std::vector<std::string> command{
-            TESSALOOM_PROGRAM, "record", "--pick",          "--countdown",      "0",
-            "--duration",      "0.5",    "--no-microphone", "--no-system-audio"};
+    void SetUp() override { start("0"); }
+
+    void start(const std::string& countdown) {
+        std::vector<std::string> command{TESSALOOM_PROGRAM,  "record",     "--pick", "--countdown",
+                                         countdown,          "--duration", "0.5",    "--no-microphone",
+                                         "--no-system-audio"};
         program.emplace(command, programEnvironment(desktop.environment(), library.path()));
         ASSERT_TRUE(waitUntil([&] { return placeOf(orange) && placeOf(green); })) << program->errors();
     }
@@ -49,7 +51,8 @@ class ChooserOnScreen : public ::testing::Test {
     const VirtualDesktop desktop{800, 600};
     XInjector injector{desktop.displayName()};
     TestWindow background{injector.connection(), {.rect = {0, 0, 800, 600}, .rgb = gray}};
-    TestWindow below{injector.connection(), application({100, 80, 300, 200}, green, "Greenhouse")};
+    std::optional<TestWindow> covered{std::in_place, injector.connection(),
+                                      application({100, 80, 300, 200}, green, "Greenhouse")};
     TestWindow above{injector.connection(), application({60, 40, 400, 300}, orange, "Orangery")};
     const TemporaryFolder library;
     std::optional<ChildProcess> program;
@@ -81,9 +84,39 @@ TEST_F(ChooserOnScreen, IsNotInTheRecordingOfADisplay) {
 }
 
 TEST_F(ChooserOnScreen, FollowsAWindowThatIsDrawnToBehindIt) {
-    below.fill({0, 0, 300, 200}, blue);
+    covered->fill({0, 0, 300, 200}, blue);
     EXPECT_TRUE(waitUntil([&] { return placeOf(blue).has_value(); }));
     EXPECT_FALSE(placeOf(green));
+}
+
+TEST_F(ChooserOnScreen, AWindowThatIsClosedMeanwhileIsShownAsGoneAndStaysUnpicked) {
+    const auto place = placeOf(green);
+    ASSERT_TRUE(place);
+    covered.reset();
+    ASSERT_TRUE(waitUntil([&] { return !placeOf(green); })) << "its card still shows it";
+    injector.moveTo(*place);
+    injector.click();
+    EXPECT_FALSE(program->waitForExit(300ms)) << program->errors();
+    injector.tapKey("Escape");
+    EXPECT_EQ(exitStatus(), 130);
+}
+
+class ChooserBeforeACountdown : public ChooserOnScreen {
+    void SetUp() override { start("2"); }
+};
+
+TEST_F(ChooserBeforeACountdown, AWindowThatIsClosedOnceItWasPickedIsAPlainFailure) {
+    const auto place = placeOf(green);
+    ASSERT_TRUE(place);
+    injector.moveTo(*place);
+    injector.click();
+    ASSERT_TRUE(waitUntil([&] { return screenColorAt(injector, 5, 5) == gray; })) << "the sheet stays";
+    covered.reset();
+    EXPECT_EQ(exitStatus(), 1);
+    EXPECT_NE(program->errors().find("tessaloom: The selected source never produced a frame."),
+              std::string::npos)
+        << program->errors();
+    EXPECT_EQ(program->output(), "");
 }
 
 TEST_F(ChooserOnScreen, EscapeCancels) {

@@ -182,7 +182,7 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
     test::SourceControl<CameraPicture> control;
     std::unique_ptr<WebcamRecorder> webcam;
     CountdownPanel countdown;
-    CameraPreviewController camera;
+    CameraPreviewController camera{platform};
 };
 
 TEST_P(OwnWindowsOnScreen, LeaveNoPixelInTheRecording) {
@@ -198,6 +198,23 @@ TEST_P(OwnWindowsOnScreen, LeaveNoPixelInTheRecording) {
     EXPECT_EQ(stream.verdict(), "as expected") << "when they go";
     show(without);
     EXPECT_EQ(stream.verdict(), "as expected") << "when they come";
+}
+
+TEST_P(OwnWindowsOnScreen, OfTheCameraHasAShadowWhereWindowsBlend) {
+    const Picture without = picture();
+    show(without);
+    goOn(200ms);
+    const Picture with = picture();
+    const int below = height - 24 + 5;
+    const auto brightness = [](std::uint32_t rgb) { return (rgb & 0xFF) + (rgb >> 8 & 0xFF) + (rgb >> 16); };
+    if (GetParam().compositing != nullptr) {
+        EXPECT_LT(brightness(at(with, bubbleX, below)), brightness(at(without, bubbleX, below)));
+    } else {
+        EXPECT_EQ(at(with, bubbleX, below), at(without, bubbleX, below));
+    }
+    EXPECT_EQ(at(with, bubbleX - 90 - 20, bubbleY - 90 - 20),
+              at(without, bubbleX - 90 - 20, bubbleY - 90 - 20));
+    EXPECT_EQ(at(with, width - 1, height - 1), at(without, width - 1, height - 1));
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, OwnWindowsOnScreen,

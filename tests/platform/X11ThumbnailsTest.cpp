@@ -9,6 +9,7 @@
 #include <cstring>
 #include <map>
 #include <mutex>
+#include <set>
 #include <thread>
 
 #include "support/TestWindow.h"
@@ -32,8 +33,12 @@ class LastPictures {
         : source_(X11Connection::open(), std::move(filters), largest) {
         source_.start([this](std::size_t index, const QImage& picture) {
             const std::lock_guard guard(lock_);
-            pictures_[index] = picture;
-            ++counts_[index];
+            if (picture.isNull()) {
+                gone_.insert(index);
+            } else {
+                pictures_[index] = picture;
+                ++counts_[index];
+            }
             arrived_.notify_all();
         });
     }
@@ -52,6 +57,15 @@ class LastPictures {
     bool waitForCount(std::size_t index, int count) {
         std::unique_lock guard(lock_);
         return arrived_.wait_for(guard, 10s, [&] { return counts_[index] >= count; });
+    }
+    /// True once that thing is said to be gone; false when ten seconds pass first.
+    bool waitForEndOf(std::size_t index) {
+        std::unique_lock guard(lock_);
+        return arrived_.wait_for(guard, 10s, [&] { return gone_.contains(index); });
+    }
+    std::set<std::size_t> gone() {
+        const std::lock_guard guard(lock_);
+        return gone_;
     }
     std::uint32_t colorAt(std::size_t index, const QPoint& place) {
         const std::lock_guard guard(lock_);
@@ -81,6 +95,7 @@ class LastPictures {
     std::condition_variable arrived_;
     std::map<std::size_t, QImage> pictures_;
     std::map<std::size_t, int> counts_;
+    std::set<std::size_t> gone_;
     X11Thumbnails source_;  ///< last, so that its thread ends before what it uses
 };
 
@@ -213,12 +228,15 @@ TEST_F(Thumbnails, AClosedOrHiddenWindowIsPassedOver) {
     LastPictures pictures(
         {{0x7FFFFFF, {0, 0, 100, 100}, 1}, of(*closed, 160, 120), of(hidden, 160, 120), of(shown, 160, 120)});
     ASSERT_TRUE(pictures.waitForMiddle(1, green));
+    EXPECT_TRUE(pictures.waitForEndOf(0)) << "it was never there";
     closed.reset();
     hidden.unmap();
+    EXPECT_TRUE(pictures.waitForEndOf(1));
     std::this_thread::sleep_for(300ms);
     shown.fill({0, 0, 160, 120}, blue);
     EXPECT_TRUE(pictures.waitForMiddle(3, blue));
     EXPECT_EQ(pictures.count(0), 0);
+    EXPECT_EQ(pictures.gone(), (std::set<std::size_t>{0, 1})) << "what is hidden may come back";
 }
 
 TEST_F(Thumbnails, EndAtOnceAlsoWhenTheServerHasHung) {

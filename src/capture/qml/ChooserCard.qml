@@ -11,6 +11,7 @@ Item {
     required property bool isDisplay
     required property var picture
     required property size pictureSize
+    required property bool isGone
     property size pictureRoom
     property bool isCurrent: false
     readonly property color accent: "#8b93ff"
@@ -38,6 +39,7 @@ Item {
 
         PictureItem {
             anchors.centerIn: parent
+            opacity: card.isGone ? 0.15 : 1
             width: card.pictureSize.width
             height: card.pictureSize.height
             image: card.picture
@@ -89,7 +91,7 @@ Item {
                 elide: Text.ElideMiddle
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
-                color: Qt.rgba(1, 1, 1, 0.94)
+                color: Qt.rgba(1, 1, 1, card.isGone ? 0.4 : 0.94)
             }
             Text {
                 width: parent.width

@@ -10,6 +10,7 @@
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11Compositing.h"
 #include "platform/x11/X11WindowOwner.h"
 
 namespace tessaloom {
@@ -68,14 +69,6 @@ PixelRect rootFrame(const X11Connection& connection) {
     const X11Reply<xcb_get_geometry_reply_t> root(
         xcb_get_geometry_reply(connection, xcb_get_geometry(connection, connection.root()), nullptr));
     return root ? PixelRect{0, 0, root->width, root->height} : PixelRect{};
-}
-
-bool isComposited(const X11Connection& connection) {
-    const xcb_atom_t selection = connection.atom("_NET_WM_CM_S0");
-    if (selection == XCB_ATOM_NONE) return false;
-    const X11Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection), nullptr));
-    return reply && reply->owner != XCB_NONE;
 }
 
 }  // namespace

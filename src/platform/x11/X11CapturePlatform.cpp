@@ -7,6 +7,7 @@
 #include "capture/SourceChooser.h"
 #include "platform/desktop/DesktopWallpaper.h"
 #include "platform/x11/X11BeneathWindows.h"
+#include "platform/x11/X11Compositing.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11InputSource.h"
 #include "platform/x11/X11PointerSource.h"
@@ -62,9 +63,19 @@ bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
 }
 
 bool X11CapturePlatform::leavesOutOwnWindows() {
+    if (leavesOutOwnWindows_) return *leavesOutOwnWindows_;
     const auto connection = X11Connection::open();
     const auto limit = connection->limitWaits();
-    return X11BeneathWindows::isPossible(*connection);
+    const bool isPossible = X11BeneathWindows::isPossible(*connection);
+    connection->requireServer();
+    leavesOutOwnWindows_ = isPossible;
+    return isPossible;
+}
+
+bool X11CapturePlatform::blendsWindows() {
+    const auto connection = X11Connection::open();
+    const auto limit = connection->limitWaits();
+    return isComposited(*connection);
 }
 
 BgraImage X11CapturePlatform::wallpaper(const DesktopScreen& screen) {

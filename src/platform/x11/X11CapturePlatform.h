@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
+
 #include "capture/CapturePlatform.h"
 #include "platform/x11/HiddenWindows.h"
 
 namespace tessaloom {
 
-/// Recording on an X server, the one named by DISPLAY at the time of each call.
+/// Recording on an X server, the one named by DISPLAY at the time of each call. Another one is taken to be
+/// able to do the same.
 class X11CapturePlatform final : public CapturePlatform {
   public:
     /// Whether a server answers.
@@ -16,6 +19,7 @@ class X11CapturePlatform final : public CapturePlatform {
     ContentFilter withPresentFrame(const ContentFilter& filter) override;
     bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
+    bool blendsWindows() override;
     BgraImage wallpaper(const DesktopScreen& screen) override;
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override;
     std::unique_ptr<PointerSource> makePointerSource() override;
@@ -26,6 +30,7 @@ class X11CapturePlatform final : public CapturePlatform {
 
   private:
     HiddenWindows hiddenWindows_;
+    std::optional<bool> leavesOutOwnWindows_;  ///< once it is known
 };
 
 }  // namespace tessaloom

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "base/HostClock.h"
+#include "platform/x11/XSettings.h"
 
 namespace tessaloom {
 namespace {
@@ -37,6 +38,7 @@ void X11InputSource::start(Handler handler) {
     inputExtension_ = connection_->requireExtension(&xcb_input_id, "XInput").major_opcode;
     keyboard_.emplace(*connection_);
     readPointerMapping();
+    clickLimits_ = tessaloom::clickLimits(*connection_);
     selectRawEvents();
     connection_->requireServer();
     thread_ = std::jthread([this](const std::stop_token& stopToken) { run(stopToken); });

@@ -25,6 +25,7 @@ class X11InputSource final : public InputEventSource {
     X11InputSource& operator=(const X11InputSource&) = delete;
 
     void start(Handler handler) override;
+    ClickLimits clickLimits() const override { return clickLimits_; }
     void stop() override;
 
   private:
@@ -44,6 +45,7 @@ class X11InputSource final : public InputEventSource {
     std::optional<X11Keyboard> keyboard_;  ///< from the start on
     X11KeyRepeat repeat_;
     std::array<std::uint8_t, 256> logicalButton_{};  ///< by physical number; left-handed users swap them
+    ClickLimits clickLimits_;
     Handler handler_;
     std::jthread thread_;
 };

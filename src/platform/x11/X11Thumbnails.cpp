@@ -86,7 +86,11 @@ void X11Thumbnails::start(Handler handler) {
     connection_->requireExtension(&xcb_composite_id, "Composite");
     keepCoveredPixels();
     for (std::size_t index = 0; index < filters_.size(); ++index) {
-        if (auto subject = open(index)) subjects_.push_back(std::move(subject));
+        if (auto subject = open(index)) {
+            subjects_.push_back(std::move(subject));
+        } else {
+            gone_.push_back(index);
+        }
     }
     makeSharedMemory();
     handler_ = std::move(handler);
@@ -129,6 +133,7 @@ void X11Thumbnails::run(const std::stop_token& stop) {
     rest(settling, stop);
     for (bool anythingHappened = true; !stop.stop_requested(); anythingHappened = handleEvents()) {
         if (connection_->lost()) return;
+        tellGone();
         if (!anythingHappened) {
             waitForEvent();
             continue;
@@ -149,8 +154,16 @@ bool X11Thumbnails::handleEvents() {
     }
     for (const auto& subject : subjects_)
         subject->note(subject->source->afterEvents());
-    std::erase_if(subjects_, [](const auto& subject) { return subject->isGone; });
+    std::erase_if(subjects_, [this](const auto& subject) {
+        if (subject->isGone) gone_.push_back(subject->index);
+        return subject->isGone;
+    });
     return any;
+}
+
+void X11Thumbnails::tellGone() {
+    for (const std::size_t index : std::exchange(gone_, {}))
+        handler_(index, {});
 }
 
 void X11Thumbnails::deliver(Subject& subject) const {

@@ -40,6 +40,7 @@ class X11Thumbnails final : public ThumbnailSource {
     void run(const std::stop_token& stop);
     bool handleEvents();
     void deliver(Subject& subject) const;
+    void tellGone();
     void waitForEvent() const;
     void rest(std::chrono::milliseconds length, const std::stop_token& stop);
 
@@ -48,6 +49,7 @@ class X11Thumbnails final : public ThumbnailSource {
     QSize largest_;
     std::vector<LeftArea> leftAreas_;
     std::vector<std::unique_ptr<Subject>> subjects_;  ///< those that can be seen
+    std::vector<std::size_t> gone_;                   ///< numbers of those that it is yet to be told of
     std::unique_ptr<X11ShmSegment> pixels_;           ///< room for any one of them
     Handler handler_;
     std::mutex restLock_;
