@@ -28,10 +28,20 @@ class LogLines {
         return std::ranges::count_if(lines_, [&](const QString& line) { return line.contains(part); });
     }
 
-  private:
-    static void receive(QtMsgType, const QMessageLogContext&, const QString& line) {
+    /// The number of the first line with this text; -1 when there is none.
+    qsizetype find(std::string_view text) const {
         const std::lock_guard guard(lock_);
-        if (current_ != nullptr) current_->lines_.push_back(line);
+        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        const auto found =
+            std::ranges::find_if(lines_, [&](const QString& line) { return line.contains(part); });
+        return found == lines_.end() ? -1 : found - lines_.begin();
+    }
+
+  private:
+    /// Each line is headed by its category.
+    static void receive(QtMsgType, const QMessageLogContext& context, const QString& line) {
+        const std::lock_guard guard(lock_);
+        if (current_ != nullptr) current_->lines_.push_back(QLatin1String(context.category) + ": " + line);
     }
 
     inline static std::mutex lock_;
