@@ -10,6 +10,7 @@
 #include "desktop/DesktopRecording.h"
 #include "media/MovieReader.h"
 #include "motion/InterruptedTake.h"
+#include "support/AlsaServer.h"
 #include "support/MovieProbe.h"
 #include "support/SoundProbe.h"
 #include "support/SoundServer.h"
@@ -171,6 +172,24 @@ TEST_F(SoundAndCamera, WithNothingPluggedInTheScreenIsRecorded) {
     EXPECT_FALSE(bundle.hasWebcam());
     EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0.6);
     EXPECT_EQ(decodeSound(bundle.file(TakeBundle::screenFile)).peak(0, 10), 0.0F) << "the speakers are still";
+}
+
+TEST(SoundOfAlsa, AMicrophoneThatCannotBeOpenedIsNamedAndTheRestIsRecorded) {
+    const VirtualDesktop desktop(width, height);
+    AlsaServer alsa(desktop.environment());
+    alsa.disconnect();
+    Environment environment = alsa.server().environment();
+    environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
+    DesktopRecording recording(environment, {"--microphone", "--system-audio"});
+    std::this_thread::sleep_for(500ms);
+    const TakeBundle bundle = recording.stop();
+    const std::string errors = recording.program().errors();
+    EXPECT_NE(errors.find("Recording without the microphone: ALSA microphone can't be used: Start error: "
+                          "No such file or directory.\n"),
+              std::string::npos)
+        << errors;
+    EXPECT_FALSE(bundle.hasMic());
+    EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0.4);
 }
 
 TEST_F(SoundAndCamera, SilentSpeakersGiveATrackAsLongAsThePicture) {
