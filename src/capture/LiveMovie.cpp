@@ -25,8 +25,9 @@ constexpr double leastSound = 0.1;
 
 }  // namespace
 
-LiveMovie::LiveMovie(const std::filesystem::path& file, MovieWriter::Settings settings)
+LiveMovie::LiveMovie(const std::filesystem::path& file, MovieWriter::Settings settings, LogCategory category)
     : settings_(std::move(settings)),
+      category_(category),
       writer_(MovieWriter::create(file, settings_)),
       picture_(settings_.video->width, settings_.video->height),
       starter_(startInterval, [this] { return beginTracks(); }),
@@ -122,7 +123,7 @@ bool LiveMovie::flushTo(double hostTime) {
         return true;
     } catch (const MediaError& error) {
         // The next frame meets the same error where it ends the recording.
-        qCCritical(Log::screenCapture, "Failed to write the recording: %s", error.what());
+        qCCritical(category_, "Failed to write the recording: %s", error.what());
         return false;
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLoggingCategory>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -21,8 +22,11 @@ namespace tessaloom {
 /// thread.
 class LiveMovie {
   public:
-    /// `settings` are those of the movie's tracks. Throws MediaError.
-    LiveMovie(const std::filesystem::path& file, MovieWriter::Settings settings);
+    using LogCategory = const QLoggingCategory& (*)();
+
+    /// `settings` are those of the movie's tracks; what goes wrong between the calls is logged under
+    /// `category`. Throws MediaError.
+    LiveMovie(const std::filesystem::path& file, MovieWriter::Settings settings, LogCategory category);
     ~LiveMovie();
     LiveMovie(const LiveMovie&) = delete;
     LiveMovie& operator=(const LiveMovie&) = delete;
@@ -56,6 +60,7 @@ class LiveMovie {
     std::vector<WaitingSound> waiting_;  ///< from the oldest on
     std::mutex lock_;                    ///< guards what follows
     MovieWriter::Settings settings_;
+    LogCategory category_;
     std::unique_ptr<MovieWriter> writer_;
     YuvImage picture_;
     std::optional<SteadySound> sound_;

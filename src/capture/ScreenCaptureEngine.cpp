@@ -86,6 +86,7 @@ struct ScreenCaptureEngine::Recording {
     bool started = false;
     double timelineOrigin = 0;
 
+    std::atomic<int> lostBuffers = 0;  ///< of the system audio
     std::atomic<bool> ended = false;
     std::atomic<bool> writeFailureIsTold = false;
     std::unique_ptr<LiveMovie> movie;
@@ -113,6 +114,7 @@ void ScreenCaptureEngine::Recording::receive(const ScreenFrame& frame) {
 
 void ScreenCaptureEngine::Recording::receive(const SoundChunk& chunk) {
     if (ended) return;
+    lostBuffers += chunk.buffersLostBefore;
     try {
         movie->appendSound(chunk);
     } catch (const MediaError& error) {
@@ -139,6 +141,10 @@ void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
 void ScreenCaptureEngine::Recording::finish() {
     if (stream) stream->stop();
     if (systemAudio) systemAudio->stop();
+    if (lostBuffers >= 1) {
+        qCCritical(Log::screenCapture, "System audio dropped %d buffers; audio may drift",
+                   lostBuffers.load());
+    }
     try {
         if (started) movie->finish(HostClock::seconds());
     } catch (const MediaError& error) {
@@ -159,7 +165,8 @@ std::unique_ptr<ScreenCaptureEngine> ScreenCaptureEngine::start(CapturePlatform&
     auto recording =
         std::make_shared<Recording>(recordedRect(target, configuration), file, std::move(onStopped));
     recording->stream = platform.makeScreenStream(configuration);
-    recording->movie = std::make_unique<LiveMovie>(file, movieSettings(configuration, systemAudio.get()));
+    recording->movie = std::make_unique<LiveMovie>(file, movieSettings(configuration, systemAudio.get()),
+                                                   Log::screenCapture);
     recording->systemAudio = std::move(systemAudio);
     Recording* const receiver = recording.get();  // both sources are the recording's own and end before it
     if (recording->systemAudio)

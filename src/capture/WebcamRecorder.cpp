@@ -30,6 +30,7 @@ struct WebcamRecorder::Recording {
     BgraView fitting(const BgraView& pixels);
     void begin(const CameraPicture& picture);
     void finish();
+    void finishFile();
 
     std::mutex lock;  ///< guards what follows, up to the source
     std::optional<std::filesystem::path> file;
@@ -80,8 +81,10 @@ BgraView WebcamRecorder::Recording::fitting(const BgraView& pixels) {
 void WebcamRecorder::Recording::begin(const CameraPicture& picture) {
     scaled = BgraImage(picture.pixels.width, picture.pixels.height);
     movie = std::make_unique<LiveMovie>(
-        *file, MovieWriter::Settings{.container = MovieWriter::Container::fragmentedMovie,
-                                     .video = H264Settings::capture(scaled.width(), scaled.height())});
+        *file,
+        MovieWriter::Settings{.container = MovieWriter::Container::fragmentedMovie,
+                              .video = H264Settings::capture(scaled.width(), scaled.height())},
+        Log::webcam);
     fileStartHostTime = picture.hostTime;
     qCInfo(Log::webcam, "Webcam file started: startPTS→host %.4f, callback clock %.4f", picture.hostTime,
            HostClock::seconds());
@@ -89,9 +92,15 @@ void WebcamRecorder::Recording::begin(const CameraPicture& picture) {
 }
 
 void WebcamRecorder::Recording::finish() {
+    finishFile();
     source->stop();
     qCInfo(Log::webcam, "Webcam session stopped");
+}
+
+/// Whatever the camera still delivers is no part of it.
+void WebcamRecorder::Recording::finishFile() {
     const std::lock_guard guard(lock);
+    file.reset();
     if (!movie || failed) return;
     try {
         movie->finish(HostClock::seconds());

@@ -10,8 +10,10 @@
 #include <thread>
 
 #include "base/HostClock.h"
+#include "base/Log.h"
 #include "media/MediaError.h"
 #include "media/MovieReader.h"
+#include "support/LogLines.h"
 #include "support/SoundProbe.h"
 #include "support/TemporaryFolder.h"
 
@@ -29,7 +31,8 @@ double lengthOfMovie(double lastFrame, double endTime) {
     const BgraImage picture(64, 48);
     const std::vector<ScreenPatch> whole{{picture.view(), 0, 0}};
     LiveMovie movie(
-        file, {.container = MovieWriter::Container::fragmentedMovie, .video = H264Settings::capture(64, 48)});
+        file, {.container = MovieWriter::Container::fragmentedMovie, .video = H264Settings::capture(64, 48)},
+        Log::screenCapture);
     movie.append(whole, 0);
     movie.append(whole, lastFrame);
     movie.finish(endTime);
@@ -60,9 +63,11 @@ TEST(LiveMovie, CanSoonBePlayedThoughTheSpeakersAreNotHeard) {
     const auto file = folder.path() / "screen.mov";
     const BgraImage picture(64, 48);
     const std::vector<ScreenPatch> whole{{picture.view(), 0, 0}};
-    LiveMovie movie(file, {.container = MovieWriter::Container::fragmentedMovie,
-                           .video = H264Settings::capture(64, 48),
-                           .sound = AacSettings{.sampleRate = 48'000, .channels = 2}});
+    LiveMovie movie(file,
+                    {.container = MovieWriter::Container::fragmentedMovie,
+                     .video = H264Settings::capture(64, 48),
+                     .sound = AacSettings{.sampleRate = 48'000, .channels = 2}},
+                    Log::screenCapture);
     const double begin = HostClock::seconds();
     movie.append(whole, begin);
     // The first regular flush comes later.
@@ -70,6 +75,21 @@ TEST(LiveMovie, CanSoonBePlayedThoughTheSpeakersAreNotHeard) {
         std::this_thread::sleep_for(5ms);
     EXPECT_GT(lengthNow(file), 0);
     movie.finish(HostClock::seconds());
+}
+
+TEST(LiveMovie, AFlushThatFailsIsLoggedByWhoeverRecords) {
+    const test::LogLines log;
+    const BgraImage picture(64, 48);
+    const std::vector<ScreenPatch> whole{{picture.view(), 0, 0}};
+    LiveMovie movie(
+        "/dev/full",
+        {.container = MovieWriter::Container::fragmentedMovie, .video = H264Settings::capture(64, 48)},
+        Log::webcam);
+    EXPECT_THROW(movie.append(whole, HostClock::seconds()), MediaError);
+    for (int round = 0; round < 300 && log.find("Failed to write the recording") < 0; ++round)
+        std::this_thread::sleep_for(10ms);
+    EXPECT_GT(log.count("Webcam: Failed to write the recording"), 0);
+    EXPECT_EQ(log.count("ScreenCapture: "), 0);
 }
 
 /// A picture that no encoder is soon done with.
@@ -88,9 +108,11 @@ TEST(LiveMovie, SoundDoesNotWaitForPictures) {
     const auto file = folder.path() / "screen.mov";
     const BgraImage picture = noise(1920, 1080);
     const std::vector<ScreenPatch> whole{{picture.view(), 0, 0}};
-    LiveMovie movie(file, {.container = MovieWriter::Container::fragmentedMovie,
-                           .video = H264Settings::capture(1920, 1080),
-                           .sound = AacSettings{.sampleRate = 48'000, .channels = 2}});
+    LiveMovie movie(file,
+                    {.container = MovieWriter::Container::fragmentedMovie,
+                     .video = H264Settings::capture(1920, 1080),
+                     .sound = AacSettings{.sampleRate = 48'000, .channels = 2}},
+                    Log::screenCapture);
     const double begin = HostClock::seconds();
     std::atomic<int> pictures = 0;
     std::jthread busy([&](const std::stop_token& stop) {

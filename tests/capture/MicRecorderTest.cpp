@@ -89,7 +89,9 @@ TEST_F(Microphone, WhatGotLostIsSilenceOfItsLength) {
     recorder->arm(origin);
     deliver(origin, false);
     deliver(origin + 3.1, true, 30);
+    const test::LogLines log;
     stop();
+    EXPECT_EQ(log.count("Mic: Mic dropped 30 buffers; audio may drift"), 1);
     EXPECT_NEAR(test::decodeSound(file).onset(0.2F).value_or(0), 3.1, 0.005);
 }
 

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "base/HostClock.h"
+#include "capture/ScriptedDevices.h"
 #include "capture/ScriptedPlatform.h"
 #include "media/MovieReader.h"
+#include "support/LogLines.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom {
@@ -17,10 +19,11 @@ using Script = test::ScriptedStream::Script;
 class ScreenCapture : public ::testing::Test {
   protected:
     std::unique_ptr<ScreenCaptureEngine> start(
-        Script script, ScreenCaptureEngine::StoppedHandler onStopped = [](auto&) {}) {
+        Script script, ScreenCaptureEngine::StoppedHandler onStopped = [](auto&) {},
+        std::unique_ptr<LiveSoundSource> systemAudio = nullptr) {
         platform.stream = script;
-        return ScreenCaptureEngine::start(platform, {{{}, {0, 0, 64, 48}, 1.0}, {}, {}}, nullptr, file,
-                                          std::move(onStopped));
+        return ScreenCaptureEngine::start(platform, {{{}, {0, 0, 64, 48}, 1.0}, {}, {}},
+                                          std::move(systemAudio), file, std::move(onStopped));
     }
 
     test::ScriptedPlatform platform;
@@ -50,6 +53,21 @@ TEST_F(ScreenCapture, WhatWasRecordedBelongsToTheEngineUntilItEnds) {
     EXPECT_EQ(token.use_count(), owners);
     engine.reset();
     EXPECT_EQ(token.use_count(), 1);
+}
+
+TEST_F(ScreenCapture, SystemAudioThatGotLostIsLoggedOnceAtTheEnd) {
+    const test::LogLines log;
+    test::SourceControl<SoundChunk> speakers;
+    const auto engine = start(
+        Script::oneFrame, [](auto&) {},
+        std::make_unique<test::ScriptedSound>(speakers, SoundFormat{48'000, 2}));
+    QCoro::waitFor(engine->waitForOrigin(5s));
+    const std::vector<float> samples(960);
+    for (const int lost : {0, 3, 0, 4})
+        speakers.deliver({HostClock::seconds(), samples, lost});
+    EXPECT_FALSE(log.contains("System audio dropped"));
+    QCoro::waitFor(engine->stop());
+    EXPECT_EQ(log.count("ScreenCapture: System audio dropped 7 buffers; audio may drift"), 1);
 }
 
 TEST_F(ScreenCapture, WithoutAFrameNoFileIsLeft) {

@@ -8,6 +8,7 @@
 
 #include "capture/ScriptedDevices.h"
 #include "media/MovieReader.h"
+#include "support/LogLines.h"
 #include "support/MovieProbe.h"
 #include "support/PixelAt.h"
 #include "support/TemporaryFolder.h"
@@ -43,7 +44,10 @@ TEST_F(Webcam, TheFileBeginsWithTheFirstPictureAfterItWasAskedFor) {
     deliver(begin + 0.5);
     EXPECT_EQ(recorder->fileStartHostTime(), begin);
     EXPECT_EQ(control.starts(), 1);
+    const test::LogLines log;
     stop();
+    EXPECT_GE(log.find("Webcam recording finished"), 0);
+    EXPECT_GT(log.find("Webcam session stopped"), log.find("Webcam recording finished"));
     const auto times = test::probeMovie(file).times();
     ASSERT_EQ(times.size(), 3U) << "the last one is carried on to the stop";
     EXPECT_EQ(times[0], 0.0);

@@ -17,6 +17,7 @@
 #include "support/VirtualCamera.h"
 #include "support/VirtualSound.h"
 #include "support/XInjector.h"
+#include "take/RecordingLibrary.h"
 
 namespace tessaloom::test {
 namespace {
@@ -64,17 +65,27 @@ class EverythingRecorded : public ::testing::Test {
 
 const std::vector<std::string> everything{"--microphone", "--camera", "--system-audio"};
 
-class KilledAtRandom : public EverythingRecorded, public ::testing::WithParamInterface<int> {};
+/// Some moment of the given slice of time; together they cover it all.
+class KilledAtRandom : public EverythingRecorded, public ::testing::WithParamInterface<int> {
+  protected:
+    /// Between `begin` and `begin` + `length`, in the slice that is this test's of so many.
+    static double moment(double begin, double length, int slices) {
+        std::minstd_rand random(std::random_device{}());
+        const double within = std::uniform_real_distribution(0.0, 1.0)(random);
+        return begin + length * (GetParam() + within) / slices;
+    }
+};
+
+constexpr int startMoments = 4;
+constexpr int takeMoments = 16;
 
 TEST_P(KilledAtRandom, LosesAtMostASecondOfAnyFileAndExportsWithItsLog) {
-    const unsigned seed = std::random_device()();
-    std::minstd_rand random(seed);
     // Before a sixth of a second the first picture may still wait for the speakers' track to begin.
-    const double moment = std::uniform_real_distribution(0.2, 4.0)(random);
-    SCOPED_TRACE("killed after " + std::to_string(moment) + " s");
+    const double killedAfter = moment(0.2, 3.2, takeMoments);
+    SCOPED_TRACE("killed after " + std::to_string(killedAfter) + " s");
     DesktopRecording recording(environment(), everything);
     const double begin = HostClock::seconds();
-    workFor(moment);
+    workFor(killedAfter);
     const double length = HostClock::seconds() - begin;
     recording.program().signal(SIGKILL);
     ASSERT_EQ(recording.program().waitForExit(5s), 128 + SIGKILL);
@@ -96,11 +107,57 @@ TEST_P(KilledAtRandom, LosesAtMostASecondOfAnyFileAndExportsWithItsLog) {
     }
     EXPECT_LT(log.webcamStartOffset, 0);
     EXPECT_GE(MovieReader::scanDuration(exported), std::max(least, 0.01));
-    RecordProperty("killedAfterSeconds", std::to_string(moment));
+    RecordProperty("killedAfterSeconds", std::to_string(killedAfter));
     RecordProperty("lostSeconds", std::to_string(std::max(0.0, length - std::min(screen, logDuration(log)))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Moments, KilledAtRandom, ::testing::Range(0, 4));
+INSTANTIATE_TEST_SUITE_P(Moments, KilledAtRandom, ::testing::Range(0, takeMoments));
+
+class KilledWhileItStarts : public KilledAtRandom {
+  protected:
+    std::unique_ptr<ChildProcess> startRecording(const char* countdown) {
+        std::vector<std::string> command{TESSALOOM_PROGRAM, "record", "--countdown", countdown};
+        command.insert(command.end(), everything.begin(), everything.end());
+        return std::make_unique<ChildProcess>(command, programEnvironment(environment(), library.path()));
+    }
+    static bool isRecording(const ChildProcess& program) {
+        return program.errors().find("Recording started") != std::string::npos;
+    }
+
+    TemporaryFolder library;
+};
+
+TEST_P(KilledWhileItStarts, LeavesNothingThatCannotBeOpenedAndTheNextOneWorks) {
+    const double killedAfter = moment(0, 1.8, startMoments);
+    SCOPED_TRACE("killed after " + std::to_string(killedAfter) + " s");
+    const auto killed = startRecording("1");
+    workFor(killedAfter);
+    killed->signal(SIGKILL);
+    ASSERT_EQ(killed->waitForExit(5s), 128 + SIGKILL) << killed->errors();
+    RecordProperty("killedAfterSeconds", std::to_string(killedAfter));
+    RecordProperty("wasRecording", std::to_string(static_cast<int>(isRecording(*killed))));
+
+    // Less than a second was recorded: all of it may be lost, but what is left says so in words.
+    for (const TakeBundle& bundle : RecordingLibrary(library.path()).recentBundles(1)) {
+        const auto exported = library.path() / "export.mp4";
+        ChildProcess program({TESSALOOM_PROGRAM, "export", bundle.url.string(), "-o", exported.string(),
+                              "--resolution", "720p"},
+                             environment());
+        const int status = program.waitForExit(60s).value_or(-1);
+        EXPECT_TRUE(status == 0 || (status == 1 && !program.errors().empty())) << status << program.errors();
+        EXPECT_TRUE(status != 0 || MovieReader::scanDuration(exported) > 0);
+    }
+    std::this_thread::sleep_for(1s);  // takes are named by the second
+    const auto next = startRecording("0");
+    workWhile([&] { return next->running() && !isRecording(*next); });
+    workFor(0.5);
+    next->signal(SIGINT);
+    ASSERT_EQ(next->waitForExit(20s), 0) << next->errors();
+    const TakeBundle bundle{next->output().substr(0, next->output().find('\n'))};
+    EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0.4);
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, KilledWhileItStarts, ::testing::Range(0, startMoments));
 
 TEST_F(EverythingRecorded, AFullDiskEndsItAndWhatFittedIsKept) {
     const TemporaryFolder library;

@@ -10,12 +10,14 @@
 #include "desktop/DesktopRecording.h"
 #include "media/MovieReader.h"
 #include "motion/InterruptedTake.h"
+#include "support/AlsaServer.h"
 #include "support/MovieProbe.h"
 #include "support/SoundProbe.h"
 #include "support/SoundServer.h"
 #include "support/TestWindow.h"
 #include "support/VirtualCamera.h"
 #include "support/VirtualSound.h"
+#include "support/VirtualSoundCard.h"
 #include "support/XInjector.h"
 
 namespace tessaloom::test {
@@ -174,6 +176,24 @@ TEST_F(SoundAndCamera, WithNothingPluggedInTheScreenIsRecorded) {
     EXPECT_EQ(decodeSound(bundle.file(TakeBundle::screenFile)).peak(0, 10), 0.0F) << "the speakers are still";
 }
 
+TEST(SoundOfAlsa, AMicrophoneThatCannotBeOpenedIsNamedAndTheRestIsRecorded) {
+    const VirtualDesktop desktop(width, height);
+    AlsaServer alsa(desktop.environment());
+    alsa.disconnect();
+    Environment environment = alsa.server().environment();
+    environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
+    DesktopRecording recording(environment, {"--microphone", "--system-audio"});
+    std::this_thread::sleep_for(500ms);
+    const TakeBundle bundle = recording.stop();
+    const std::string errors = recording.program().errors();
+    EXPECT_NE(errors.find("Recording without the microphone: ALSA microphone can't be used: Start error: "
+                          "No such file or directory.\n"),
+              std::string::npos)
+        << errors;
+    EXPECT_FALSE(bundle.hasMic());
+    EXPECT_GT(MovieReader::scanDuration(bundle.file(TakeBundle::screenFile)), 0.4);
+}
+
 TEST_F(SoundAndCamera, SilentSpeakersGiveATrackAsLongAsThePicture) {
     auto recording = record({"--no-microphone", "--system-audio"});
     std::this_thread::sleep_for(1500ms);
@@ -242,6 +262,64 @@ TEST_F(SoundAndCamera, TheTakeGoesOnThroughUnpluggedDevicesAndARestartedServer) 
     const auto times = probeMovie(bundle.file(TakeBundle::webcamFile)).times();
     EXPECT_GT(std::ranges::count_if(times, [&](double time) { return time > screen - 1; }), 10)
         << "no pictures after the camera came back";
+}
+
+TEST_F(SoundAndCamera, TheTakeGoesOnInSilenceWhenTheServerIsGoneForGood) {
+    const auto microphone = plugIn(VirtualSound::Kind::microphone, "test_microphone");
+    const auto player = plugIn(VirtualSound::Kind::player, "test_player");
+    const VirtualCamera camera(sound.socket(), "test_camera");
+    auto recording = record({"--microphone", "--camera", "--system-audio"});
+    const double last = std::ceil(HostClock::seconds() + 0.5);
+    sleepUntil(last + 0.5);
+    sound.stop();
+    sleepUntil(last + 3.5);
+    const TakeBundle bundle = recording.stop();
+    const EventLog log = bundle.readLog();
+
+    const double screen = MovieReader::scanDuration(bundle.file(TakeBundle::screenFile));
+    const auto expectSilenceAfterwards = [&](std::string_view name, double offset, double tolerance) {
+        const auto decoded = decodeSound(bundle.file(name));
+        const auto heard = beepOf(last, beeps(bundle.file(name)), log, offset);
+        ASSERT_TRUE(heard) << name;
+        EXPECT_NEAR(decoded.duration() + offset, screen, tolerance) << name;
+        EXPECT_LT(decoded.peak(*heard + 0.6, decoded.duration()), 0.02F) << name;
+    };
+    expectSilenceAfterwards(TakeBundle::microphoneFile, log.micStartOffset, 0.3);
+    expectSilenceAfterwards(TakeBundle::screenFile, 0, 0.05);
+    EXPECT_GT(screen, 3.4);
+    EXPECT_NEAR(MovieReader::scanDuration(bundle.file(TakeBundle::webcamFile)) + log.webcamStartOffset,
+                screen, 0.3);
+}
+
+TEST_F(SoundAndCamera, TheTakeFollowsTheDefaultDevices) {
+    const auto deaf = plugIn(VirtualSound::Kind::deafMicrophone, "deaf");
+    const auto player = plugIn(VirtualSound::Kind::player, "test_player");
+    auto recording = record({"--microphone", "--system-audio"});
+    const double before = std::ceil(HostClock::seconds() + 0.3);
+    sleepUntil(before + 0.5);
+    const auto microphone = plugIn(VirtualSound::Kind::microphone, "hears");
+    const VirtualSoundCard card(sound.socket(), "card", {});
+    ChildProcess choice(
+        {"pw-metadata", "0", "default.configured.audio.source", R"({"name":"hears"})", "Spa:String:JSON"},
+        sound.environment());
+    ASSERT_EQ(choice.waitForExit(5s), 0) << choice.errors();
+    const double after = std::ceil(HostClock::seconds() + 1.2);
+    sleepUntil(after + 0.5);
+    const TakeBundle bundle = recording.stop();
+    const EventLog log = bundle.readLog();
+
+    const auto voice = beeps(bundle.file(TakeBundle::microphoneFile));
+    const auto played = beeps(bundle.file(TakeBundle::screenFile));
+    EXPECT_FALSE(beepOf(before, voice, log, log.micStartOffset));
+    const auto heardAfter = beepOf(after, voice, log, log.micStartOffset);
+    const auto playedBefore = beepOf(before, played, log, 0);
+    const auto playedAfter = beepOf(after, played, log, 0);
+    ASSERT_TRUE(heardAfter && playedBefore && playedAfter) << recording.program().errors();
+    const auto onCard = card.beepsPlayed();
+    EXPECT_TRUE(std::ranges::any_of(onCard, [&](double time) { return std::abs(time - after) < 0.4; }))
+        << "the player has moved there";
+    EXPECT_NEAR(*playedAfter - *playedBefore, after - before, soundTolerance);
+    EXPECT_NEAR(*heardAfter + log.micStartOffset - *playedBefore, after - before, soundTolerance);
 }
 
 TEST_F(SoundAndCamera, AKilledRecorderLosesAtMostASecondOfAnyFile) {

@@ -40,6 +40,15 @@ class LogLines {
         return all;
     }
 
+    /// The number of the first line with this text; -1 when there is none.
+    std::ptrdiff_t find(std::string_view text) const {
+        const std::lock_guard guard(lock_);
+        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        const auto found =
+            std::ranges::find_if(lines_, [&](const Line& line) { return line.text.contains(part); });
+        return found == lines_.end() ? -1 : found - lines_.begin();
+    }
+
   private:
     struct Line {
         QtMsgType level;
@@ -53,9 +62,11 @@ class LogLines {
         return std::ranges::count_if(
             lines_, [&](const Line& line) { return line.text.contains(part) && condition(line); });
     }
-    static void receive(QtMsgType level, const QMessageLogContext&, const QString& text) {
+    /// Each line is headed by its category.
+    static void receive(QtMsgType level, const QMessageLogContext& context, const QString& text) {
         const std::lock_guard guard(lock_);
-        if (current_ != nullptr) current_->lines_.push_back({level, text});
+        if (current_ != nullptr)
+            current_->lines_.push_back({level, QLatin1String(context.category) + ": " + text});
     }
 
     inline static std::mutex lock_;

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "base/HostClock.h"
+#include "support/VirtualWorld.h"
 
 namespace tessaloom::test {
 namespace {
@@ -83,7 +84,7 @@ void VirtualCamera::process() {
     if (buffer == nullptr) return;
     const double now = HostClock::seconds();
     spa_data& data = buffer->buffer->datas[0];
-    const bool flash = now - std::floor(now) < flashLength;
+    const bool flash = now - std::floor(now) < flashLength && !VirtualWorld::isStill(now);
     auto* bytes = static_cast<std::uint8_t*>(data.data);
     for (int i = 0; i < stride * height; i += 2) {
         bytes[i] = flash ? 235 : 16;

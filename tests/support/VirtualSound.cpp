@@ -8,6 +8,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "support/VirtualWorld.h"
+
 namespace tessaloom::test {
 namespace {
 
@@ -33,7 +35,7 @@ std::vector<std::pair<std::string, std::string>> properties(VirtualSound::Kind k
 
 float beep(double hostTime) {
     const double phase = hostTime - std::floor(hostTime);
-    if (phase >= beepLength) return 0;
+    if (phase >= beepLength || VirtualWorld::isStill(hostTime)) return 0;
     return static_cast<float>(0.5 * std::cos(2 * std::numbers::pi * beepFrequency * phase));
 }
 
@@ -66,12 +68,12 @@ void VirtualSound::process() {
     const auto room = data.maxsize / sizeof(float);
     const auto frames = buffer->requested > 0 ? std::min<std::size_t>(buffer->requested, room) : room;
     const double cycle = static_cast<double>(time.now) * 1e-9;
-    const double first = kind_ == Kind::microphone
+    const double first = kind_ != Kind::player
                              ? cycle - static_cast<double>(frames) / sampleRate
                              : cycle + static_cast<double>(time.delay) * time.rate.num / time.rate.denom;
     auto* samples = static_cast<float*>(data.data);
     for (std::size_t i = 0; i < frames; ++i)
-        samples[i] = beep(first + static_cast<double>(i) / sampleRate);
+        samples[i] = kind_ == Kind::deafMicrophone ? 0 : beep(first + static_cast<double>(i) / sampleRate);
     data.chunk->offset = 0;
     data.chunk->stride = sizeof(float);
     data.chunk->size = static_cast<std::uint32_t>(frames * sizeof(float));

@@ -13,7 +13,11 @@ float beep(double hostTime);
 /// A virtual microphone in a world that beeps, or a player that beeps through the default speakers.
 class VirtualSound final : public VirtualDevice {
   public:
-    enum class Kind { microphone, player };
+    enum class Kind {
+        microphone,
+        deafMicrophone,  ///< hears nothing
+        player,
+    };
 
     /// `name` is the node's, `group` that of the sound card a microphone is on, if it is on one, and
     /// `latency` what it tells of the age of a cycle's first sample, in cycles. Throws std::runtime_error
