@@ -87,6 +87,8 @@ int main(int argumentCount, char** argumentValues) {
     auto application = makeApplication(nameOnly, argumentValues);
     // A countdown that goes off the screen is not the end.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Whatever the program's file is called: by this name a recording knows the windows to leave out.
+    QCoreApplication::setApplicationName("tessaloom");
     const int status = run(words);
     // Qt waits for its display server as it ends, also for one that hangs.
     const TimeLimit limit(longestEnd, [status] { std::_Exit(status); });

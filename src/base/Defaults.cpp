@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStringList>
 
 namespace tessaloom {
 namespace {
@@ -43,10 +44,12 @@ Defaults Defaults::standard() {
 
 Defaults::Defaults(const std::filesystem::path& settingsFile) : settingsFile_(settingsFile) {}
 
+/// Whoever edits the file by hand may write it in several ways; what is none of them says nothing.
 std::optional<bool> Defaults::boolean(const std::string& key) const {
-    const QVariant stored = storedValue(settingsFile_, key);
-    if (!stored.isValid()) return std::nullopt;
-    return stored.toBool();
+    const QString stored = storedValue(settingsFile_, key).toString().trimmed().toLower();
+    if (QStringList{"true", "yes", "on", "1"}.contains(stored)) return true;
+    if (QStringList{"false", "no", "off", "0"}.contains(stored)) return false;
+    return std::nullopt;
 }
 
 std::optional<int> Defaults::integer(const std::string& key) const {

@@ -15,7 +15,7 @@ class Defaults {
 
     explicit Defaults(const std::filesystem::path& settingsFile);
 
-    /// The stored value, or nothing when the key is absent.
+    /// The stored value, or nothing when the key is absent or holds something else.
     std::optional<bool> boolean(const std::string& key) const;
     std::optional<int> integer(const std::string& key) const;
     std::optional<double> number(const std::string& key) const;

@@ -14,6 +14,9 @@ Q_LOGGING_CATEGORY(webcam, "com.tessaloom.app.Webcam")
 Q_LOGGING_CATEGORY(exporting, "com.tessaloom.app.Export")
 Q_LOGGING_CATEGORY(renderer, "com.tessaloom.app.Renderer")
 
+Q_LOGGING_CATEGORY(recordingTold, "com.tessaloom.app.Recording")
+Q_LOGGING_CATEGORY(screenCaptureTold, "com.tessaloom.app.ScreenCapture")
+
 void install(bool verbose) {
     qSetMessagePattern(verbose ? QStringLiteral("%{if-category}%{category}: %{endif}%{message}")
                                : QStringLiteral("tessaloom: %{message}"));
@@ -21,6 +24,13 @@ void install(bool verbose) {
                                              : QStringLiteral("com.tessaloom.app.*.info=false\n"
                                                               "default.warning=false\n"
                                                               "qt.*.warning=false"));
+}
+
+void leaveOutWhatIsTold() {
+    const bool isVerbose = recording().isInfoEnabled();
+    if (isVerbose) return;
+    for (const auto* category : {&recordingTold(), &screenCaptureTold()})
+        const_cast<QLoggingCategory*>(category)->setEnabled(QtCriticalMsg, false);
 }
 
 }  // namespace tessaloom::Log

@@ -4,7 +4,7 @@
 namespace tessaloom {
 
 CaptureError CaptureError::noDisplay(const std::string& advice) {
-    return {Kind::noDisplay, "No display available to capture. " + advice};
+    return {Kind::noDisplay, "No display available to capture.", advice};
 }
 
 CaptureError CaptureError::noMicrophone() {

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace tessaloom {
 
@@ -11,7 +12,7 @@ class CaptureError : public std::runtime_error {
   public:
     enum class Kind { noDisplay, noMicrophone, noCamera, noFrames, cameraNotAuthorized, windowNotFound };
 
-    /// `advice` is a sentence on what to do about it.
+    /// `advice` is a sentence on why, or on what to do about it, for places that show more than what().
     static CaptureError noDisplay(const std::string& advice);
     static CaptureError noMicrophone();
     static CaptureError noCamera();
@@ -22,11 +23,15 @@ class CaptureError : public std::runtime_error {
     static CaptureError windowNotFound(const std::string& wanted);
 
     Kind kind() const { return kind_; }
+    /// Empty where what() says it all.
+    const std::string& advice() const { return advice_; }
 
   private:
-    CaptureError(Kind kind, const std::string& message) : std::runtime_error(message), kind_(kind) {}
+    CaptureError(Kind kind, const std::string& message, std::string advice = {})
+        : std::runtime_error(message), kind_(kind), advice_(std::move(advice)) {}
 
     Kind kind_;
+    std::string advice_;
 };
 
 }  // namespace tessaloom

@@ -21,6 +21,9 @@ class CapturePlatform {
 
     /// Throws CaptureError::noDisplay when no display can be reached; so do the others.
     virtual ShareableContent shareableContent() = 0;
+    /// The filter with its window's frame as it is now; unchanged for a display, and for a window that is
+    /// gone, which a stream of it will tell.
+    virtual ContentFilter withPresentFrame(const ContentFilter& filter) = 0;
     /// Reads a few pixels of what is to be recorded, so that all that takes part is awake when it has to be.
     /// False when they can't be had.
     virtual bool takePreflightPicture(const ContentFilter& filter) = 0;

@@ -10,6 +10,7 @@
 namespace tessaloom {
 
 bool InputEventTap::start() {
+    if (!source_) return false;
     try {
         source_->start([this](const RawInput& input) { add(input); });
         return true;
@@ -20,7 +21,7 @@ bool InputEventTap::start() {
 }
 
 void InputEventTap::stop() {
-    source_->stop();
+    if (source_) source_->stop();
 }
 
 void InputEventTap::add(const RawInput& input) {

@@ -12,6 +12,7 @@ namespace tessaloom {
 /// Collects clicks, key presses and scrolls of the whole desktop. It only listens.
 class InputEventTap {
   public:
+    /// No `source` where the desktop has none for us.
     explicit InputEventTap(std::unique_ptr<InputEventSource> source) : source_(std::move(source)) {}
 
     /// False, with a line in the log, when the desktop doesn't let us listen.
@@ -25,7 +26,7 @@ class InputEventTap {
   private:
     void add(const RawInput& input);
 
-    std::unique_ptr<InputEventSource> source_;
+    std::unique_ptr<InputEventSource> source_;  ///< may be missing
     std::mutex lock_;
     std::vector<RawEvent> events_;
 };

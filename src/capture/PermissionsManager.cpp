@@ -114,7 +114,7 @@ std::optional<std::string> PermissionsManager::relaunch(const QString& program) 
 }
 
 void PermissionsManager::screenWasLookedAt() {
-    if (!isGranted(screenRecording)) rememberAsked(screenRecording);
+    if (!wasAsked(screenRecording)) rememberAsked(screenRecording);
 }
 
 bool PermissionsManager::wasAsked(Permission permission) const {

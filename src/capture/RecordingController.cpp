@@ -14,6 +14,7 @@
 #include "base/Log.h"
 #include "capture/CaptureError.h"
 #include "capture/DeviceOpening.h"
+#include "capture/InputStart.h"
 #include "capture/SourceResolver.h"
 #include "motion/FirstEdit.h"
 
@@ -26,7 +27,6 @@ constexpr auto originLimit = 8s;
 constexpr auto cameraStartLimit = 4s;
 constexpr auto agentLimit = 600s;
 constexpr int leastAgentCountdown = 3;
-constexpr double cursorSamplesPerSecond = 120.0;
 
 TakeBundle createBundle(const std::filesystem::path& library) {
     std::error_code reportedBelow;
@@ -67,12 +67,14 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::start(Captur
     if (state_ != State::idle) co_return Cancelled{};
     setState(State::starting);
     warnings_.clear();
-    std::optional<std::string> failure;
+    std::optional<Failed> failure;
     auto result = SourceStart::running;
     try {
         result = co_await startSources(std::move(source), std::move(preferences), cancel, by);
+    } catch (const CaptureError& error) {
+        failure = Failed{error.what(), error.advice()};
     } catch (const std::exception& error) {
-        failure = error.what();
+        failure = Failed{error.what(), {}};
     }
     if (result == SourceStart::nothingPicked) co_return stayIdle(by);
     if (cancel.stop_requested() || result == SourceStart::givenUp) co_return co_await giveUp(by);
@@ -99,12 +101,12 @@ QCoro::Task<RecordingController::StartOutcome> RecordingController::giveUp(Start
     co_return Cancelled{};
 }
 
-QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(std::string reason, StartedBy by) {
-    qCInfo(Log::recording, "Failed to start recording: %s", reason.c_str());
+QCoro::Task<RecordingController::StartOutcome> RecordingController::fail(Failed failure, StartedBy by) {
+    qCCritical(Log::recordingTold, "Failed to start recording: %s", failure.message.c_str());
     co_await abortCapture();
     const bool mayRecordScreen = permissions_.isGranted(Permission::screenRecording);
-    if (by == StartedBy::user) co_await presenter_.tellFailure(reason, mayRecordScreen);
-    co_return Failed{std::move(reason)};
+    if (by == StartedBy::user) co_await presenter_.tellFailure(failure.message, mayRecordScreen);
+    co_return failure;
 }
 
 /// The order matters: whatever is slow comes before the countdown, and the screen's first frame is the time
@@ -128,7 +130,7 @@ QCoro::Task<RecordingController::SourceStart> RecordingController::startSources(
     // The camera's file begins during the countdown, so that it is really being written before the screen is.
     if (webcam_) webcam_->startRecording(bundle_->file(TakeBundle::webcamFile));
     if (preferences.hideDesktopIcons) presenter_.hideDesktopIcons();
-    auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio);
+    auto systemAudio = co_await openSystemAudio(preferences.captureSystemAudio, by);
 
     const int countdown = preferences.countdownSeconds;
     co_await countdown_.run(by == StartedBy::agent ? std::max(countdown, leastAgentCountdown) : countdown,
@@ -169,7 +171,12 @@ QCoro::Task<std::optional<CaptureTarget>> RecordingController::findTarget(Captur
 
 void RecordingController::takePreflightPicture(const ContentFilter& filter) {
     const double before = HostClock::seconds();
-    const bool pictureTaken = platform_.takePreflightPicture(filter);
+    bool pictureTaken = false;
+    try {
+        pictureTaken = platform_.takePreflightPicture(filter);
+    } catch (const std::exception&) {
+        // A source that can't be had fails the start where it is opened.
+    }
     qCInfo(Log::recording, "Capture preflight %s in %ld ms", pictureTaken ? "ok" : "failed",
            std::lround(1000 * (HostClock::seconds() - before)));
 }
@@ -186,7 +193,7 @@ QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier,
     } catch (const std::exception& error) {
         reason = error.what();
     }
-    qCInfo(Log::recording, "Microphone unavailable: %s", reason.c_str());
+    qCCritical(Log::recordingTold, "Microphone unavailable: %s", reason.c_str());
     if (by == StartedBy::agent) {
         warnings_.push_back("Recording without the microphone: " + reason);
         co_return true;
@@ -196,22 +203,20 @@ QCoro::Task<bool> RecordingController::prepareMicrophone(std::string identifier,
 
 QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identifier, StartedBy by) {
     if (!wanted) {
-        co_await setPreview(nullptr);
+        warmCamera_.turnOff();
         co_return;
     }
-    if (previewWebcam_) {  // the warm one records, and nothing has to start again
-        webcam_ = std::move(previewWebcam_);
-        co_return;
-    }
+    webcam_ = co_await warmCamera_.take();
+    if (webcam_) co_return;  // nothing has to start again
     std::string reason;
     try {
-        webcam_ = co_await openCamera(std::move(identifier));
+        webcam_ = co_await warmCamera_.open(std::move(identifier));
         presenter_.showCamera(*webcam_, cameraChoice_);
         co_return;
     } catch (const std::exception& error) {
         reason = error.what();
     }
-    qCInfo(Log::recording, "Webcam unavailable: %s", reason.c_str());
+    qCCritical(Log::recordingTold, "Webcam unavailable: %s", reason.c_str());
     if (by == StartedBy::agent) {
         warnings_.push_back("Recording without the camera: " + reason);
     } else {
@@ -219,16 +224,9 @@ QCoro::Task<> RecordingController::prepareCamera(bool wanted, std::string identi
     }
 }
 
-QCoro::Task<std::unique_ptr<WebcamRecorder>> RecordingController::openCamera(std::string identifier) {
-    std::function<std::unique_ptr<CameraSource>()> open = [this, identifier] {
-        return devices_.openCamera(identifier);
-    };
-    auto camera = co_await opened(std::move(open), clock_);
-    co_return WebcamRecorder::start(std::move(camera));
-}
-
-/// None when it isn't wanted or there is no sound server, which is logged.
-QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAudio(bool wanted) {
+/// None when it isn't wanted or there is no sound server, which is told.
+QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAudio(bool wanted,
+                                                                                   StartedBy by) {
     if (!wanted) co_return std::unique_ptr<LiveSoundSource>();
     try {
         std::function<std::unique_ptr<LiveSoundSource>()> open = [this] {
@@ -236,47 +234,35 @@ QCoro::Task<std::unique_ptr<LiveSoundSource>> RecordingController::openSystemAud
         };
         co_return co_await opened(std::move(open), clock_);
     } catch (const std::exception& error) {
-        qCInfo(Log::recording, "System audio unavailable: %s", error.what());
+        qCCritical(Log::recordingTold, "System audio unavailable: %s", error.what());
+        if (by == StartedBy::agent) {
+            warnings_.push_back(std::string("Recording without system audio: ") + error.what());
+        } else {
+            presenter_.noteWithoutSystemAudio(error.what());
+        }
     }
     co_return std::unique_ptr<LiveSoundSource>();
 }
 
 QCoro::Task<> RecordingController::setCameraPreview(bool on, std::string webcamDeviceID,
                                                     CameraChoice choice) {
-    if (state_ != State::idle || on == hasCameraPreview()) co_return;
-    if (!on) {
-        co_await setPreview(nullptr);
-        co_return;
-    }
-    try {
-        auto camera = co_await openCamera(std::move(webcamDeviceID));
-        // A recording that began meanwhile has opened its own.
-        if (state_ != State::idle) {
-            co_await camera->stop(clock_);
-            co_return;
-        }
-        co_await setPreview(std::move(camera));
-        presenter_.showCamera(*previewWebcam_, choice);
-    } catch (const std::exception& error) {
-        qCCritical(Log::recording, "Camera preview unavailable: %s", error.what());
+    if (state_ != State::idle) co_return;
+    if (on) {
+        co_await warmCamera_.turnOn(std::move(webcamDeviceID), choice);
+    } else {
+        warmCamera_.turnOff();
     }
 }
 
 void RecordingController::refreshCameraPreview(const CameraChoice& choice) {
-    if (previewWebcam_ && state_ == State::idle) presenter_.showCamera(*previewWebcam_, choice);
-}
-
-/// Lets go of the camera that was warm before.
-QCoro::Task<> RecordingController::setPreview(std::unique_ptr<WebcamRecorder> camera) {
-    const auto old = std::exchange(previewWebcam_, std::move(camera));
-    if (!old) co_return;
-    presenter_.hideCamera();
-    co_await old->stop(clock_);
+    if (state_ == State::idle) warmCamera_.show(choice);
 }
 
 QCoro::Task<> RecordingController::startScreen(CaptureTarget target,
                                                std::unique_ptr<LiveSoundSource> systemAudio,
                                                std::stop_token cancel) {
+    // A window may have been moved or resized since it was chosen.
+    target.filter = platform_.withPresentFrame(target.filter);
     streamStartHostTime_ = HostClock::nanoseconds();
     screen_ = ScreenCaptureEngine::start(platform_, target, std::move(systemAudio),
                                          bundle_->file(TakeBundle::screenFile),
@@ -297,12 +283,8 @@ void RecordingController::startInput() {
     log.captureRect = screen_->captureRect();
     const Rect frame{log.captureRect.x, log.captureRect.y, log.captureRect.width, log.captureRect.height};
     const double origin = screen_->timelineOrigin();
-    auto cursor = std::make_unique<CursorSampler>(platform_.makePointerSource(), origin, frame);
-    cursor->start(cursorSamplesPerSecond);
-    auto eventTap = std::make_unique<InputEventTap>(platform_.makeInputEventSource());
-    if (!eventTap->start()) {
-        qCCritical(Log::recording, "Event tap unavailable; clicks and keys will not be recorded");
-    }
+    auto cursor = startCursorSampler(platform_, origin, frame);
+    auto eventTap = startEventTap(platform_);
     if (cameraRecorded()) showCameraInEdit();
     input_ = std::make_unique<InputRecorder>(*bundle_, std::move(log), origin, std::move(cursor),
                                              std::move(eventTap), [this] { return offsets(); });
@@ -352,20 +334,21 @@ QCoro::Task<> RecordingController::stop(Afterwards afterwards) {
     if (afterwards == Afterwards::openEditor) {
         presenter_.openEditor(*lastBundle_);
     } else {
-        co_await leaveQuietly();
+        leaveQuietly();
     }
 }
 
 /// After a recording that nobody started by hand nothing stays on the screen.
-QCoro::Task<> RecordingController::leaveQuietly() {
-    if (state_ != State::idle) co_return;
+void RecordingController::leaveQuietly() {
+    if (state_ != State::idle) return;
     presenter_.hideRecordBar();
-    co_await setPreview(nullptr);
+    warmCamera_.turnOff();
 }
 
 QCoro::Task<RecordingController::AgentStartResult> RecordingController::startForAgent(
     Options options, CaptureSource source, RecordingPreferences preferences, std::stop_token cancel) {
-    if (state_ != State::idle) co_return Failed{"Tessaloom is already recording. Stop that recording first."};
+    if (state_ != State::idle)
+        co_return Failed{"Tessaloom is already recording. Stop that recording first.", {}};
     presenter_.hideRecordBar();
     preferences.captureMicrophone = options.captureMicrophone;
     preferences.captureWebcam = options.captureWebcam;
@@ -373,7 +356,7 @@ QCoro::Task<RecordingController::AgentStartResult> RecordingController::startFor
     auto outcome = co_await start(std::move(source), std::move(preferences), cancel, StartedBy::agent);
     if (auto* failure = std::get_if<Failed>(&outcome)) co_return std::move(*failure);
     auto* const started = std::get_if<Started>(&outcome);
-    if (started == nullptr) co_return Failed{"The recording was cancelled before it started."};
+    if (started == nullptr) co_return Failed{"The recording was cancelled before it started.", {}};
     limitAgentRecording(started->bundle);
     co_return std::move(*started);
 }
@@ -431,7 +414,8 @@ void RecordingController::storeLog(const EventLog& log) {
 QCoro::Task<> RecordingController::abortCapture() {
     presenter_.restoreDesktopIcons();
     presenter_.hideCamera();
-    co_await setPreview(nullptr);
+    warmCamera_.turnOff();
+    co_await warmCamera_.untilLetGo();
     if (screen_) co_await screen_->stop(clock_);
     if (input_) {
         input_->stop();

@@ -23,6 +23,7 @@
 #include "capture/RecordingPreferences.h"
 #include "capture/RecordingPresenter.h"
 #include "capture/ScreenCaptureEngine.h"
+#include "capture/WarmCamera.h"
 #include "capture/WebcamRecorder.h"
 #include "core/TakeBundle.h"
 
@@ -51,6 +52,7 @@ class RecordingController : public QObject {
     };
     struct Failed {
         std::string message;  ///< for the user
+        std::string advice;   ///< a sentence beyond it, if there is one
     };
     struct Cancelled {};
     using StartOutcome = std::variant<Started, Failed, Cancelled>;
@@ -86,12 +88,13 @@ class RecordingController : public QObject {
     QCoro::Task<StartOutcome> start(CaptureSource source, RecordingPreferences preferences,
                                     std::stop_token cancel, StartedBy by = StartedBy::user);
 
-    /// Warms the camera up while no recording is going on, or lets it go. A recording that wants the camera
-    /// takes over the warm one. A camera that can't be opened is logged, and stays off.
+    /// Warms the camera up while no recording is going on, or lets it go; of several calls the last one
+    /// counts. A recording that wants the camera takes over the warm one. A camera that may not or can't be
+    /// opened is logged, and stays off.
     QCoro::Task<> setCameraPreview(bool on, std::string webcamDeviceID, CameraChoice choice = {});
     /// Shows the warm camera's picture anew, as it is chosen now; nothing without one, or while recording.
     void refreshCameraPreview(const CameraChoice& choice);
-    bool hasCameraPreview() const { return previewWebcam_ != nullptr; }
+    bool hasCameraPreview() const { return warmCamera_.isOn(); }
 
     /// Does nothing unless a recording is going on. Never loses what was recorded.
     QCoro::Task<> stop(Afterwards afterwards = Afterwards::openEditor);
@@ -122,16 +125,14 @@ class RecordingController : public QObject {
     void applyPermissions(RecordingPreferences& preferences) const;
     QCoro::Task<bool> prepareMicrophone(std::string identifier, StartedBy by);
     QCoro::Task<> prepareCamera(bool wanted, std::string identifier, StartedBy by);
-    QCoro::Task<std::unique_ptr<WebcamRecorder>> openCamera(std::string identifier);
-    QCoro::Task<> setPreview(std::unique_ptr<WebcamRecorder> camera);
-    QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted);
+    QCoro::Task<std::unique_ptr<LiveSoundSource>> openSystemAudio(bool wanted, StartedBy by);
     QCoro::Task<std::optional<CaptureTarget>> findTarget(CaptureSource source, std::stop_token cancel);
     void takePreflightPicture(const ContentFilter& filter);
     StartOutcome stayIdle(StartedBy by);
     QCoro::Task<StartOutcome> giveUp(StartedBy by);
-    QCoro::Task<StartOutcome> fail(std::string reason, StartedBy by);
+    QCoro::Task<StartOutcome> fail(Failed failure, StartedBy by);
     void limitAgentRecording(const std::filesystem::path& bundle);
-    QCoro::Task<> leaveQuietly();
+    void leaveQuietly();
     QCoro::Task<> startScreen(CaptureTarget target, std::unique_ptr<LiveSoundSource> systemAudio,
                               std::stop_token cancel);
     void announceEnd(const std::string& reason);
@@ -158,7 +159,7 @@ class RecordingController : public QObject {
     std::unique_ptr<QFutureWatcher<void>> agentLimit_;
     std::vector<std::string> warnings_;
     std::uint64_t streamStartHostTime_ = 0;
-    std::unique_ptr<WebcamRecorder> previewWebcam_;
+    WarmCamera warmCamera_{devices_, presenter_, permissions_, clock_};
     std::unique_ptr<MicRecorder> mic_;
     std::unique_ptr<WebcamRecorder> webcam_;
     std::unique_ptr<ScreenCaptureEngine> screen_;

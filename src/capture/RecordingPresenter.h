@@ -33,6 +33,8 @@ class RecordingPresenter {
     virtual QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) = 0;
     /// The camera can't be recorded, for the reason given; the recording goes on when this returns.
     virtual QCoro::Task<> tellWithoutCamera(std::string reason) = 0;
+    /// What the speakers play can't be recorded, for the reason given. Nobody is asked about it.
+    virtual void noteWithoutSystemAudio(const std::string&) {}
     /// The recording could not start, for the reason given; without the permission to record the screen that
     /// may be why.
     virtual QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) = 0;

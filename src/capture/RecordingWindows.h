@@ -12,7 +12,7 @@ namespace tessaloom {
 /// worth more than its windows. Main thread of a Qt application that has a screen.
 class RecordingWindows {
   public:
-    explicit RecordingWindows(CapturePlatform& platform) : icons_(platform) {}
+    explicit RecordingWindows(CapturePlatform& platform) : icons_(platform), region_(platform) {}
 
     void showCountdown(int secondsLeft);
     void hideCountdown() { countdown_.hide(); }

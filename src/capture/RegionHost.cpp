@@ -10,20 +10,10 @@
 #include <cmath>
 
 #include "capture/CaptureSource.h"
+#include "capture/DesktopPixels.h"
 #include "capture/OverlayWindow.h"
 
 namespace tessaloom {
-namespace {
-
-/// Qt places screens in pixels, and what is on them in points.
-Rect inGlobalPoints(const Rect& area, const QScreen& screen) {
-    const double scale = screen.devicePixelRatio();
-    return {screen.geometry().x() / scale + area.x, screen.geometry().y() / scale + area.y, area.width,
-            area.height};
-}
-
-}  // namespace
-
 std::optional<Rect> selectedArea(QPointF start, QPointF current) {
     const Rect area{std::min(start.x(), current.x()), std::min(start.y(), current.y()),
                     std::abs(current.x() - start.x()), std::abs(current.y() - start.y())};
@@ -31,7 +21,8 @@ std::optional<Rect> selectedArea(QPointF start, QPointF current) {
     return area;
 }
 
-RegionHost::RegionHost(Done done) : done_(std::move(done)) {
+RegionHost::RegionHost(double pixelsPerPoint, Done done)
+    : pixelsPerPoint_(pixelsPerPoint), done_(std::move(done)) {
     for (QScreen* screen : QGuiApplication::screens())
         cover(screen);
     // For Escape: the application that has the focus keeps it, and doesn't see the key.
@@ -49,6 +40,16 @@ void RegionHost::cover(QScreen* screen) {
     window->show();
     window->raise();
     windows_.push_back(std::move(window));
+}
+
+/// Qt's points and a recording's may be of different sizes, as when the user has Qt's windows enlarged: only
+/// pixels are the same to both.
+Rect RegionHost::inGlobalPoints(const Rect& area, const QScreen& screen) const {
+    const QPoint corner = screen.geometry().topLeft();
+    const Rect pixels = inDesktopPixels({corner.x() + area.x, corner.y() + area.y, area.width, area.height},
+                                        corner, screen.devicePixelRatio());
+    return {pixels.x / pixelsPerPoint_, pixels.y / pixelsPerPoint_, pixels.width / pixelsPerPoint_,
+            pixels.height / pixelsPerPoint_};
 }
 
 bool RegionHost::eventFilter(QObject* window, QEvent* event) {

@@ -24,8 +24,9 @@ class RegionHost : public QObject {
     /// Called once: with the area in global points, or nothing.
     using Done = std::function<void(std::optional<Rect>)>;
 
-    /// Throws std::runtime_error when the views can't be made.
-    explicit RegionHost(Done done);
+    /// The area's points have `pixelsPerPoint`, as a recording counts them. Throws std::runtime_error when
+    /// the views can't be made.
+    RegionHost(double pixelsPerPoint, Done done);
 
     /// Ends the selection; without effect once it has ended.
     void finish(std::optional<Rect> area);
@@ -38,8 +39,10 @@ class RegionHost : public QObject {
 
   private:
     void cover(QScreen* screen);
+    Rect inGlobalPoints(const Rect& area, const QScreen& screen) const;
 
     std::vector<std::unique_ptr<QQuickView>> windows_;  ///< one a screen
+    double pixelsPerPoint_;
     Done done_;
     bool finished_ = false;
 };

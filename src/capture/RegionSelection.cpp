@@ -10,10 +10,11 @@ namespace tessaloom {
 QCoro::Task<std::optional<Rect>> RegionSelection::selectRegion(std::stop_token cancel) {
     if (running_) running_->finish(std::nullopt);
     if (QGuiApplication::screens().isEmpty()) co_return std::nullopt;
+    const double pixelsPerPoint = platform_.shareableContent().pointPixelScale;
     const auto promise = std::make_shared<QPromise<std::optional<Rect>>>();
     promise->start();
     const auto future = promise->future();
-    const auto host = std::make_shared<RegionHost>([promise](std::optional<Rect> area) {
+    const auto host = std::make_shared<RegionHost>(pixelsPerPoint, [promise](std::optional<Rect> area) {
         promise->addResult(area);
         promise->finish();
     });

@@ -122,7 +122,7 @@ void ScreenCaptureEngine::Recording::receive(const SoundChunk& chunk) {
 
 void ScreenCaptureEngine::Recording::endedByItself(const std::string& reason) {
     if (ended.exchange(true)) return;
-    qCCritical(Log::screenCapture, "Stream stopped with error: %s", reason.c_str());
+    qCCritical(Log::screenCaptureTold, "Stream stopped with error: %s", reason.c_str());
     {
         const std::lock_guard guard(lock);
         originKnown.finish();

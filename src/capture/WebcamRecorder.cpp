@@ -16,7 +16,6 @@
 namespace tessaloom {
 namespace {
 
-constexpr std::chrono::seconds finishLimit{4};
 /// Two pictures must not fall on one tick of the movie's clock.
 constexpr double shortestStep = 0.001;
 
@@ -150,6 +149,10 @@ QCoro::Task<> WebcamRecorder::waitForFileStart(std::chrono::milliseconds limit, 
         const std::chrono::duration<double> seconds = limit;
         qCCritical(Log::webcam, "Webcam did not begin writing within %.1fs", seconds.count());
     }
+}
+
+void WebcamRecorder::finish() {
+    recording_->finish();
 }
 
 QCoro::Task<> WebcamRecorder::stop(WaitClock& clock) {

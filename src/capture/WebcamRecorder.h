@@ -35,8 +35,12 @@ class WebcamRecorder {
     QCoro::Task<> waitForFileStart(std::chrono::milliseconds limit, WaitClock& clock = WaitClock::host(),
                                    std::stop_token cancel = {});
 
-    /// Ends the camera and completes the file, if there is one, waiting 4 s of `clock` at most.
+    /// Ends the camera and completes the file, if there is one, waiting `finishLimit` of `clock` at most.
     QCoro::Task<> stop(WaitClock& clock = WaitClock::host());
+
+    /// The same on the calling thread, any one, however long it takes.
+    void finish();
+    static constexpr std::chrono::seconds finishLimit{4};
 
   private:
     struct Recording;

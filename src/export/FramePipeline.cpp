@@ -55,24 +55,28 @@ FramePipeline<Picture>::FramePipeline(const Parts& parts)
 template <typename Picture>
 std::int64_t FramePipeline<Picture>::run(const std::function<void(double)>& progress,
                                          const std::stop_token& stop) {
-    auto decoding = std::async(std::launch::async, [this] { decode(); });
+    // Each stage may be waiting for another one, or far from handing anything on.
+    const std::stop_callback wake(stop, [this] { closeAll(); });
+    auto decoding = std::async(std::launch::async, [this, &stop] { decode(stop); });
     auto encoding = std::async(std::launch::async, [this] { return encode(); });
     draw(progress, stop);
+    if (stop.stop_requested()) throw ExportCancelled();
     decoding.get();
     return encoding.get();
 }
 
 template <typename Picture>
-void FramePipeline<Picture>::decode() {
+void FramePipeline<Picture>::decode(const std::stop_token& stop) {
     const AtEnd close([this] { sourceFrames_.close(); });
     const OutputTimeline& timeline = parts_.timeline;
     for (std::int64_t index = 0; index < timeline.frameCount(); ++index) {
         SourceFrame frame{
             .index = index, .time = timeline.sourceTime(index), .recording = {}, .camera = {}, .matte = {}};
-        if (!recording_.read(frame.time, frame.recording)) return;
+        if (!recording_.read(frame.time, frame.recording, stop)) return;
         if (!recording_.hasBegun()) continue;
         const double cameraTime = frame.time - parts_.movies.cameraOffset;
-        if (!camera_.read(cameraTime, frame.camera) || !matte_.read(cameraTime, frame.matte)) return;
+        if (!camera_.read(cameraTime, frame.camera, stop)) return;
+        if (!matte_.read(cameraTime, frame.matte, stop)) return;
         if (!sourceFrames_.push(std::move(frame))) return;
     }
 }

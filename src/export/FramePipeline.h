@@ -68,7 +68,7 @@ class FramePipeline {
         bool camera = false;
     };
 
-    void decode();
+    void decode(const std::stop_token& stop);
     void draw(const std::function<void(double)>& progress, const std::stop_token& stop);
     std::int64_t encode();
 

@@ -11,8 +11,9 @@ SourceTrack::SourceTrack(HeldFrameReader* reader, std::size_t pictureCount)
         free_.push(std::make_unique<BgraImage>());
 }
 
-bool SourceTrack::read(double time, std::unique_ptr<BgraImage>& picture) {
-    const DecodedFrame* held = reader_ != nullptr ? reader_->frame(time) : nullptr;
+bool SourceTrack::read(double time, std::unique_ptr<BgraImage>& picture, const std::stop_token& stop) {
+    const DecodedFrame* held = reader_ != nullptr ? reader_->frame(time, stop) : nullptr;
+    if (stop.stop_requested()) return false;
     if (held == nullptr || held->time() == readTime_) return true;
     picture = free_.pop().value_or(nullptr);
     if (!picture) return false;

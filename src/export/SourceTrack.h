@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 #include "export/BoundedQueue.h"
 #include "export/HeldFrameReader.h"
@@ -23,8 +24,8 @@ class SourceTrack {
     // For the decoding thread.
 
     /// Advances to `time` in the movie's own seconds, which must not descend, and fills `picture` if another
-    /// one than before is in force there. False once the track was closed.
-    bool read(double time, std::unique_ptr<BgraImage>& picture);
+    /// one than before is in force there. False once the track was closed or `stop` requested.
+    bool read(double time, std::unique_ptr<BgraImage>& picture, const std::stop_token& stop);
     /// True when the time read last has a picture.
     bool hasBegun() const { return readTime_.has_value(); }
 

@@ -24,7 +24,8 @@ class AudioReader {
 
     /// Fills `target` with the sound from `position` on, in samples; before time zero there is silence.
     /// Returns how many samples there were up to the track's end; the rest of `target` is silent. Going on
-    /// from the last read costs least. Throws MediaError when the sound can't be converted.
+    /// from the last read costs least. Throws UnreadableMovie with the reason when the
+    /// sound can't be converted or the file can't be read on.
     std::size_t read(std::int64_t position, std::span<StereoSample> target);
 
   private:

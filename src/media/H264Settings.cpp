@@ -1,11 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/H264Settings.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace tessaloom {
 namespace {
 
 /// x264's own, in frames from one key frame to the next.
 constexpr int longestGroup = 250;
+
+/// What the best quality spends, and the finest quantisers that are of use there.
+constexpr double bestBitsPerPixel = 0.1;
+constexpr FinestQuantisers finestAtBest{.still = 10, .moving = 26};
+/// So many steps take about half of the bits.
+constexpr double stepsToHalf = 6;
+
+/// With fewer bits to spend, a picture that is easy is to take fewer, too.
+FinestQuantisers finestFor(int width, int height, std::int64_t bitRate) {
+    const double bitsPerPixel = static_cast<double>(bitRate) / (60.0 * width * height);
+    const auto coarser =
+        std::max(0, static_cast<int>(std::lround(stepsToHalf * std::log2(bestBitsPerPixel / bitsPerPixel))));
+    return {.still = finestAtBest.still + coarser, .moving = finestAtBest.moving + coarser};
+}
 
 H264Settings bt709(H264Settings settings) {
     settings.options.insert(settings.options.end(), {{"color_primaries", "bt709"},
@@ -35,7 +52,7 @@ H264Settings H264Settings::exported(int width, int height, std::int64_t bitRate)
                   .height = height,
                   .timescale = 60,
                   .keyFrameInterval = longestGroup / 60.0,
-                  .finestQuantisers = FinestQuantisers{.still = 10, .moving = 26},
+                  .finestQuantisers = finestFor(width, height, bitRate),
                   .predictsForwardOnly = true,
                   .options = {{"preset", "veryfast"}, {"b", std::to_string(bitRate)}, {"profile", "high"}}});
 }

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/LibavTrack.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "base/Log.h"
+
 namespace tessaloom {
 namespace {
 
@@ -56,15 +61,32 @@ LibavTrack LibavTrack::open(const std::filesystem::path& path, AVMediaType type)
     return {std::move(input), stream, openDecoder(stream, path.c_str())};
 }
 
+void requireUnbrokenReading(const AVFormatContext& input) {
+    const int failure = input.pb != nullptr ? input.pb->error : 0;
+    if (failure != AVERROR_EOF) requireReadable(failure, input.url);
+}
+
 bool LibavTrack::feedDecoder() {
     while (av_read_frame(input.get(), packet.get()) >= 0) {
         const bool wanted = packet->stream_index == stream.index;
+        if (wanted && packet->pts != AV_NOPTS_VALUE) end = std::max(end, packet->pts + packet->duration);
         // A packet that the decoder refuses is damaged: the ones behind it may be sound.
         const bool taken = wanted && avcodec_send_packet(decoder.get(), packet.get()) >= 0;
         av_packet_unref(packet.get());
         if (taken) return true;
     }
+    requireUnbrokenReading(*input);
+    if (end > 0 && isTorn() && !std::exchange(toldOfTear, true)) {
+        qCWarning(Log::exporting, "\"%s\" was cut off. What is left of it ends at %.1f s.",
+                  std::filesystem::path(input->url).filename().c_str(), static_cast<double>(end) * tick());
+    }
     return avcodec_send_packet(decoder.get(), nullptr) >= 0;
+}
+
+bool LibavTrack::isTorn() const {
+    const int count = avformat_index_get_entries_count(&stream);
+    const AVIndexEntry* last = avformat_index_get_entry(&stream, count - 1);
+    return last != nullptr && input->pb != nullptr && last->pos + last->size > avio_size(input->pb);
 }
 
 bool isDamaged(const AVFrame& frame) {

@@ -36,13 +36,14 @@ struct MovieReader::Source {
     double end = std::numeric_limits<double>::infinity();
 };
 
-/// Goes to the key frame that is shown at or before `time`. A file that can't seek stays at its beginning.
-void MovieReader::seekKeyFrame(Source& source, double time) {
+/// Goes to the key frame that is shown at or before `time`. False for a file that can't seek, which stays
+/// where it is.
+bool MovieReader::seekKeyFrame(Source& source, double time) {
     AVFormatContext* input = source.track.input.get();
     AVPacket* packet = source.track.packet.get();
     const int index = source.track.stream.index;
     const auto start = static_cast<std::int64_t>(std::floor(time / source.track.tick()));
-    if (av_seek_frame(input, index, start, AVSEEK_FLAG_BACKWARD) < 0) return;
+    if (av_seek_frame(input, index, start, AVSEEK_FLAG_BACKWARD) < 0) return false;
     // Seeking goes by the times of decoding. Where pictures are stored out of order they are shown later.
     std::int64_t delay = 0;
     if (av_read_frame(input, packet) >= 0) {
@@ -50,6 +51,7 @@ void MovieReader::seekKeyFrame(Source& source, double time) {
         av_packet_unref(packet);
     }
     av_seek_frame(input, index, start - delay, AVSEEK_FLAG_BACKWARD);
+    return true;
 }
 
 std::unique_ptr<MovieReader> MovieReader::open(const std::filesystem::path& path,
@@ -93,6 +95,19 @@ std::optional<DecodedFrame> MovieReader::next() {
     return std::nullopt;
 }
 
+std::optional<DecodedFrame> MovieReader::skipTo(double time) {
+    Source& source = *source_;
+    if (ended_ || !seekKeyFrame(source, time)) return next();
+    avcodec_flush_buffers(source.track.decoder.get());
+    auto frame = next();
+    if (frame && frame->time() <= time) return frame;
+    // Seeking wasn't exact enough, or led behind the last picture: once more from the beginning.
+    ended_ = false;
+    seekKeyFrame(source, 0);
+    avcodec_flush_buffers(source.track.decoder.get());
+    return next();
+}
+
 double MovieReader::scanDuration(const std::filesystem::path& path) {
     const InputHandle input = openInput(path);
     const AVStream& stream = selectTrack(*input, AVMEDIA_TYPE_VIDEO);
@@ -102,6 +117,7 @@ double MovieReader::scanDuration(const std::filesystem::path& path) {
         if (packet->stream_index == stream.index) end = std::max(end, packet->pts + packet->duration);
         av_packet_unref(packet.get());
     }
+    requireUnbrokenReading(*input);
     return static_cast<double>(end) * av_q2d(stream.time_base);
 }
 

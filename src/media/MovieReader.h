@@ -30,8 +30,13 @@ class MovieReader {
     int naturalWidth() const;
     int naturalHeight() const;
 
-    /// The next picture in order of time; nothing at the end.
+    /// The next picture in order of time; nothing at the end. Throws UnreadableMovie with the system's reason
+    /// when that comes from a disk that fails.
     std::optional<DecodedFrame> next();
+
+    /// Like next, but leaves out pictures that are over by `time`, as far as the file can be sought in: the
+    /// picture in force there is never left out, and some may come once more.
+    std::optional<DecodedFrame> skipTo(double time);
 
     /// The end of the first video track's last packet in seconds, 0 when it has none. Reads the file without
     /// decoding. Throws like open.
@@ -41,7 +46,7 @@ class MovieReader {
     struct Source;
 
     explicit MovieReader(std::unique_ptr<Source> source);
-    static void seekKeyFrame(Source& source, double time);
+    static bool seekKeyFrame(Source& source, double time);
 
     std::unique_ptr<Source> source_;
     bool ended_ = false;

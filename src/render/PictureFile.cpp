@@ -17,12 +17,7 @@ bool isDrawing(const QImageReader& reader) {
     return reader.format().startsWith("svg");
 }
 
-}  // namespace
-
-std::optional<BgraImage> readPictureFile(const std::filesystem::path& file) {
-    QImageReader reader(QString::fromStdString(file.string()));
-    reader.setAutoTransform(true);
-    if (isDrawing(reader)) return std::nullopt;
+std::optional<BgraImage> read(QImageReader& reader) {
     // Qt's own is below the size of an 8K screen.
     QImageReader::setAllocationLimit(largestMebiPixels * bytesPerPixel);
     QImage image = reader.read();
@@ -34,6 +29,21 @@ std::optional<BgraImage> readPictureFile(const std::filesystem::path& file) {
                     static_cast<std::size_t>(picture.width()) * bytesPerPixel);
     }
     return picture;
+}
+
+}  // namespace
+
+std::optional<BgraImage> readPictureFile(const std::filesystem::path& file) {
+    QImageReader reader(QString::fromStdString(file.string()));
+    reader.setAutoTransform(true);
+    return isDrawing(reader) ? std::nullopt : read(reader);
+}
+
+std::optional<BgraImage> drawPictureFile(const std::filesystem::path& file, int width, int height) {
+    QImageReader reader(QString::fromStdString(file.string()));
+    if (!isDrawing(reader)) return std::nullopt;
+    reader.setScaledSize({width, height});
+    return read(reader);
 }
 
 }  // namespace tessaloom

@@ -12,4 +12,9 @@ namespace tessaloom {
 /// can't be read or has more than 64 Mi pixels.
 std::optional<BgraImage> readPictureFile(const std::filesystem::path& file);
 
+/// Draws an image file of drawing instructions (SVG) in this size, in pixels, premultiplied. Nothing when it
+/// can't be read. Only for files that the user's own desktop draws as well: there is no limit to the time
+/// that some of them would take.
+std::optional<BgraImage> drawPictureFile(const std::filesystem::path& file, int width, int height);
+
 }  // namespace tessaloom

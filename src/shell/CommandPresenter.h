@@ -21,13 +21,19 @@ class CommandPresenter final : public RecordingPresenter {
     void restoreDesktopIcons() override;
     QCoro::Task<bool> confirmWithoutMicrophone(std::string reason) override;
     QCoro::Task<> tellWithoutCamera(std::string reason) override;
-    /// The command itself ends with the reason, or with the bundle's path.
-    QCoro::Task<> tellFailure(std::string, bool) override { co_return; }
+    void noteWithoutSystemAudio(const std::string& reason) override;
+    /// Only kept: the command itself ends with it.
+    QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) override;
+    /// The command itself ends with the bundle's path.
     void openEditor(const std::filesystem::path&) override {}
+
+    /// Why the recording could not start, as a line for the terminal.
+    const std::string& failure() const { return failure_; }
 
   private:
     ProgressLine& line_;
     RecordingWindows* windows_;
+    std::string failure_;
 };
 
 }  // namespace tessaloom

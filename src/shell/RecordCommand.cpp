@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "base/BoundedWait.h"
+#include "base/Log.h"
 #include "base/TimeLimit.h"
 #include "capture/RecordingController.h"
 #include "shell/CommandPresenter.h"
@@ -90,7 +91,7 @@ class RecordRun {
         if (std::holds_alternative<RecordingController::Cancelled>(outcome))
             co_return ExitStatus::interrupted;
         if (const auto* failure = std::get_if<RecordingController::Failed>(&outcome)) {
-            throw CommandError(failure->message);
+            throw CommandError(wholeReason(*failure));
         }
         co_await untilEnd();
         line_.show(std::string());
@@ -98,6 +99,14 @@ class RecordRun {
         if (endReason_) std::cerr << *endReason_ << " What was recorded until then is saved.\n";
         std::cout << controller_.lastBundle()->string() << std::endl;
         co_return ExitStatus::done;
+    }
+
+    /// With what is known beyond the words that the user of a window would be shown.
+    std::string wholeReason(const RecordingController::Failed& failure) const {
+        std::string reason = presenter_.failure();
+        if (!failure.advice.empty()) reason += " " + failure.advice;
+        if (endReason_) reason += " " + *endReason_;
+        return reason;
     }
 
     /// Nothing when the user was to select an area and cancelled. A pick is left to the recording.
@@ -191,6 +200,7 @@ class RecordRun {
 
 ExitStatus runRecordCommand(const QStringList& words, CapturePlatform& platform, RecordingDevices& devices,
                             std::function<void()> hangUpWindows) {
+    Log::leaveOutWhatIsTold();
     RecordRun run(RecordArguments::parse(words), platform, devices, std::move(hangUpWindows));
     return run.waitForEnd();
 }

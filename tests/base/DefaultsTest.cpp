@@ -47,6 +47,19 @@ TEST(Defaults, AValueThatIsNoNumberIsNoInteger) {
     EXPECT_EQ(defaults.number("webcamSize"), 0.25);
 }
 
+TEST(Defaults, ASwitchMayBeWrittenAsPeopleDo) {
+    const test::TemporaryFolder folder;
+    std::ofstream(folder.path() / "settings.ini")
+        << "a=on\nb=Yes\nc=1\nd=off\ne=NO\nf=0\ng=false\nh=perhaps\ni=\n";
+    const Defaults defaults(folder.path() / "settings.ini");
+    for (const char* key : {"a", "b", "c"})
+        EXPECT_EQ(defaults.boolean(key), true) << key;
+    for (const char* key : {"d", "e", "f", "g"})
+        EXPECT_EQ(defaults.boolean(key), false) << key;
+    for (const char* key : {"h", "i"})
+        EXPECT_EQ(defaults.boolean(key), std::nullopt) << key;
+}
+
 TEST(Defaults, TheEnvironmentOverridesTheLibraryFolder) {
     qputenv("TESSALOOM_LIBRARY", "/somewhere/else");
     EXPECT_EQ(Defaults::libraryFolder(), "/somewhere/else");

@@ -57,10 +57,14 @@ TEST_F(AgentRecording, AnAgentHearsThatItsStartWasCancelled) {
 
 TEST_F(AgentRecording, AnAgentsEndsAfterTenMinutes) {
     startForAgent();
+    const LogLines lines;
+    constexpr auto limitLine = "Agent recording reached its time limit; stopping it";
     clock.advance(599'999ms);
     EXPECT_EQ(controller.state(), State::recording);
+    EXPECT_FALSE(lines.contains(limitLine));
     clock.advance(1ms);
     EXPECT_TRUE(clock.runUntil([this] { return controller.state() == State::idle; }));
+    EXPECT_TRUE(lines.contains(QtInfoMsg, limitLine));
     EXPECT_TRUE(presenter.opened.empty());
 }
 

@@ -37,6 +37,9 @@ class NotingPresenter final : public RecordingPresenter {
         told.push_back("camera: " + reason);
         co_return;
     }
+    void noteWithoutSystemAudio(const std::string& reason) override {
+        told.push_back("system audio: " + reason);
+    }
     QCoro::Task<> tellFailure(std::string reason, bool mayRecordScreen) override {
         told.push_back((mayRecordScreen ? "failure: " : "no permission: ") + reason);
         co_return;

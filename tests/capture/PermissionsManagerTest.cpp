@@ -59,8 +59,15 @@ TEST_F(Permissions, AreAllGrantedWhereTheDesktopHasNothingToAsk) {
     EXPECT_FALSE(manager.hasUndecided());
     for (const Permission each : {screenRecording, microphone, camera, accessibility, speech})
         EXPECT_TRUE(manager.isGranted(each));
-    manager.screenWasLookedAt();
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "settings.ini")) << "nobody was asked";
+}
+
+TEST_F(Permissions, ALookAtTheScreenIsRememberedAlsoWhereItIsGranted) {
+    UnrestrictedDesktop unrestricted;
+    PermissionsManager manager(defaults, unrestricted);
+    manager.screenWasLookedAt();
+    EXPECT_EQ(defaults.boolean("askedScreenRecording"), true);
+    EXPECT_TRUE(PermissionsManager(defaults, unrestricted).isGranted(screenRecording));
 }
 
 TEST_F(Permissions, OfScreenAndInputStayUndecidedUntilTheNextLaunch) {

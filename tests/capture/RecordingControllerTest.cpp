@@ -27,16 +27,42 @@ TEST_F(Recording, ASecondStartChangesNothing) {
     EXPECT_EQ(bundleCount(), 1U);
 }
 
+constexpr const char* noTap = "Event tap unavailable; clicks and keys will not be recorded";
+
 TEST_F(Recording, GoesOnWithoutClicksAndKeysWhenTheDesktopRefuses) {
     platform.refusesInput = true;
+    const LogLines lines;
     const TakeBundle bundle = startedBundle();
     stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, noTap));
     EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+}
+
+TEST_F(Recording, GoesOnWithoutClicksAndKeysWhereNobodyCanListen) {
+    platform.hasInput = false;
+    const LogLines lines;
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, noTap));
+    EXPECT_FALSE(bundle.readLog().cursorSamples.empty());
+    EXPECT_TRUE(bundle.readLog().events.empty());
+}
+
+TEST_F(Recording, GoesOnWithoutAPointerThatCanBeFollowed) {
+    platform.hasPointer = false;
+    const LogLines lines;
+    const TakeBundle bundle = startedBundle();
+    stop();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Pointer unavailable; its path will not be recorded"));
+    EXPECT_FALSE(lines.contains(noTap));
+    EXPECT_TRUE(bundle.readLog().cursorSamples.empty());
 }
 
 TEST_F(Recording, ASourceWithoutFramesFailsAndLeavesItsFolder) {
     platform.stream = Script::endsWithoutFrame;
+    const LogLines lines;
     const auto outcome = start();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Failed to start recording: The selected source never"));
     ASSERT_TRUE(std::holds_alternative<RecordingController::Failed>(outcome));
     EXPECT_EQ(std::get<RecordingController::Failed>(outcome).message, CaptureError::noFrames().what());
     EXPECT_EQ(presenter.told, std::vector{std::string("failure: ") + CaptureError::noFrames().what()});
@@ -75,7 +101,12 @@ TEST_F(Recording, AFailureWithoutPermissionForTheScreenSaysSo) {
     except({{Permission::screenRecording, PermissionStatus::denied}});
     start();
     EXPECT_EQ(presenter.told, std::vector{std::string("no permission: ") + CaptureError::noFrames().what()});
+}
+
+TEST_F(Recording, RemembersThatTheScreenWasLookedAtAlsoWhereItMayBe) {
+    startedBundle();
     EXPECT_EQ(Defaults(folder.path() / "settings.ini").boolean("askedScreenRecording"), true);
+    stop();
 }
 
 TEST_F(Recording, ASourceThatCannotBeFoundMakesNoFolder) {
@@ -108,6 +139,14 @@ TEST_F(Recording, GoesOnWhenItsFirstLookFails) {
     stop();
 }
 
+TEST_F(Recording, GoesOnWhenItsFirstLookThrows) {
+    platform.losesServer = true;
+    const LogLines lines;
+    startedBundle();
+    EXPECT_TRUE(lines.contains("Capture preflight failed in "));
+    stop();
+}
+
 TEST_F(Recording, PassesThroughItsFourStatesInOrder) {
     std::vector<State> states;
     QObject::connect(&controller, &RecordingController::stateChanged,
@@ -122,6 +161,19 @@ TEST_F(Recording, OpensTheEditorWhenItsUserStopsIt) {
     stop();
     EXPECT_EQ(presenter.opened, std::vector{bundle.url});
     EXPECT_TRUE(presenter.bar.empty());
+}
+
+TEST_F(Recording, TellsTheLogWhatItCameTo) {
+    platform.pressedKey = "AD01";
+    const TakeBundle bundle = startedBundle();
+    const LogLines lines;
+    stop();
+    const EventLog log = bundle.readLog();
+    EXPECT_EQ(log.events.size(), 1U);
+    EXPECT_TRUE(lines.contains(QtInfoMsg, "Recording stopped: " + std::to_string(log.cursorSamples.size()) +
+                                              " cursor samples, 1 events, " +
+                                              std::to_string(bundle.readEdit().zoomKeyframes.size()) +
+                                              " zoom keyframes"));
 }
 
 TEST_F(Recording, WithoutSamplesAndEventsHasNoZooms) {
@@ -235,6 +287,10 @@ TEST_F(Recording, WithoutMicrophoneAndCameraHasOffsetsOfZero) {
     EXPECT_TRUE(presenter.told.empty());
 }
 
+std::string offsetLine(const char* pattern, double seconds) {
+    return QString::asprintf(pattern, seconds).toStdString();
+}
+
 TEST_F(Recording, TellsWhereTheMicrophonesFileBegins) {
     devices.hasMicrophone = true;
     preferences.captureMicrophone = true;
@@ -244,7 +300,10 @@ TEST_F(Recording, TellsWhereTheMicrophonesFileBegins) {
     EXPECT_EQ(devices.askedMicrophone, "chosen");
     const double first = HostClock::seconds();
     devices.microphone.deliver({first, std::vector<float>(4800)});
+    const LogLines lines;
     stop();
+    EXPECT_TRUE(lines.contains(
+        QtInfoMsg, offsetLine("Mic starts %.3fs after the origin", bundle.readLog().micStartOffset)));
     EXPECT_TRUE(bundle.hasMic());
     EXPECT_FALSE(devices.microphone.running());
     EXPECT_GT(bundle.readLog().micStartOffset, 0);
@@ -253,8 +312,19 @@ TEST_F(Recording, TellsWhereTheMicrophonesFileBegins) {
 
 TEST_F(Recording, AUserWithoutMicrophoneIsAskedAndMayGoOn) {
     preferences.captureMicrophone = true;
+    const LogLines lines;
     startedBundle();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Microphone unavailable: No microphone available."));
     EXPECT_EQ(presenter.told, std::vector<std::string>{"microphone: No microphone available."});
+    stop();
+}
+
+TEST_F(Recording, WithoutAWantedSystemAudioItsUserIsTold) {
+    preferences.captureSystemAudio = true;
+    const LogLines lines;
+    startedBundle();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "System audio unavailable: The script has no sound server."));
+    EXPECT_EQ(presenter.told, std::vector<std::string>{"system audio: The script has no sound server."});
     stop();
 }
 
@@ -269,12 +339,14 @@ TEST_F(Recording, AUserWhoWantsNoneWithoutMicrophoneGetsNone) {
 TEST_F(Recording, AnAgentIsWarnedWhereAUserIsAsked) {
     preferences.captureMicrophone = true;
     preferences.captureWebcam = true;
+    preferences.captureSystemAudio = true;
     presenter.goesOn = false;
     const auto outcome = start(StartedBy::agent);
     ASSERT_TRUE(std::holds_alternative<RecordingController::Started>(outcome));
     const std::vector<std::string> expected{
         "Recording without the microphone: No microphone available.",
         "Recording without the camera: No camera available.",
+        "Recording without system audio: The script has no sound server.",
     };
     EXPECT_EQ(std::get<RecordingController::Started>(outcome).warnings, expected);
     EXPECT_TRUE(presenter.told.empty());
@@ -304,7 +376,10 @@ TEST_F(Recording, ShowsTheCameraAsItWasChosen) {
     preferences.camera = {.shape = WebcamConfig::Shape::pill, .relativeSize = 0.3, .mirrored = true};
     const TakeBundle bundle = startedBundle();
     EXPECT_TRUE(bundle.readEdit().webcam.enabled) << "also if the recorder dies";
+    const LogLines lines;
     stop();
+    EXPECT_TRUE(lines.contains(QtInfoMsg, offsetLine("Webcam starts %.3fs relative to the origin",
+                                                     bundle.readLog().webcamStartOffset)));
     const WebcamConfig webcam = bundle.readEdit().webcam;
     EXPECT_TRUE(webcam.enabled && webcam.mirrored);
     EXPECT_EQ(webcam.shape, WebcamConfig::Shape::pill);
@@ -358,16 +433,19 @@ TEST_F(Recording, WithoutTheCameraLetsGoOfTheWarmOne) {
     setPreview(true);
     const TakeBundle bundle = startedBundle();
     EXPECT_FALSE(controller.hasCameraPreview());
-    EXPECT_FALSE(devices.camera.running());
+    EXPECT_TRUE(clock.runUntil([this] { return !devices.camera.running(); }));
     stop();
     EXPECT_FALSE(bundle.hasWebcam());
 }
 
 TEST_F(Recording, ACameraThatIsNotThereIsToldAndThePreviewStaysOff) {
+    const LogLines lines;
     setPreview(true);
     EXPECT_FALSE(controller.hasCameraPreview());
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Camera preview unavailable: No camera available."));
     preferences.captureWebcam = true;
     startedBundle();
+    EXPECT_TRUE(lines.contains(QtCriticalMsg, "Webcam unavailable: No camera available."));
     EXPECT_EQ(presenter.told, std::vector<std::string>{"camera: No camera available."});
     stop();
 }
@@ -399,16 +477,6 @@ TEST_F(Recording, CancelledWhileItsCameraIsAwaitedEndsAtOnce) {
     EXPECT_EQ(platform.streamsMade, 0);
     EXPECT_FALSE(devices.camera.running());
     EXPECT_EQ(bundleCount(), 0U);
-}
-
-TEST_F(Recording, APreviewThatComesTooLateForTheRecordingIsLetGo) {
-    devices.hasCamera = true;
-    auto preview = controller.setCameraPreview(true, "chosen");
-    startedBundle();
-    QCoro::waitFor(preview);
-    EXPECT_FALSE(controller.hasCameraPreview());
-    EXPECT_FALSE(devices.camera.running());
-    stop();
 }
 
 TEST_F(Recording, AFailedStartLetsGoOfAllDevices) {

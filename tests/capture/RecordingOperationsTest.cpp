@@ -96,6 +96,14 @@ TEST_F(RecordingOperations, WhatWasPickedIsRecordedAsItIs) {
     EXPECT_EQ(recordedRect(), (CaptureRect{5, 6, 32, 16, 2}));
 }
 
+TEST_F(RecordingOperations, AWindowIsRecordedWhereItIsWhenTheRecordingBegins) {
+    platform.picker.answer = ContentFilter{7, {5, 6, 32, 16}, 2};
+    platform.presentFrame = Rect{8, 9, 40, 20};
+    controller.startPicked(preferences);
+    ASSERT_TRUE(reaches(State::recording));
+    EXPECT_EQ(recordedRect(), (CaptureRect{8, 9, 40, 20, 2}));
+}
+
 TEST_F(RecordingOperations, APickDoesNotCountAsHavingAskedForTheScreen) {
     except({{Permission::screenRecording, PermissionStatus::notDetermined}});
     startPicked(StartedBy::user);

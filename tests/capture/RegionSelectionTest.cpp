@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <algorithm>
 
+#include "capture/ScriptedPlatform.h"
+
 namespace tessaloom {
 namespace {
 
@@ -24,7 +26,8 @@ std::ptrdiff_t shownWindows() {
 }
 
 TEST(RegionSelection, ASecondOneReplacesTheFirst) {
-    RegionSelection selection;
+    test::ScriptedPlatform platform;
+    RegionSelection selection(platform);
     std::stop_source cancel;
     bool firstEnded = false;
     auto first = selection.selectRegion(cancel.get_token()).then([&](const std::optional<Rect>& area) {

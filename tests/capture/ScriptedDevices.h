@@ -73,8 +73,10 @@ class ScriptedSound final : public LiveSoundSource {
 /// Its owner delivers the pictures, or it delivers a black one every 30th of a second by itself.
 class ScriptedCamera final : public CameraSource {
   public:
-    ScriptedCamera(SourceControl<CameraPicture>& control, bool delivers)
-        : control_(control), delivers_(delivers) {}
+    /// Its stop returns once `mayStop` is ready, if that is valid.
+    ScriptedCamera(SourceControl<CameraPicture>& control, bool delivers,
+                   std::shared_future<void> mayStop = {})
+        : control_(control), delivers_(delivers), mayStop_(std::move(mayStop)) {}
     ~ScriptedCamera() override { ScriptedCamera::stop(); }
     ScriptedCamera(const ScriptedCamera&) = delete;
     ScriptedCamera& operator=(const ScriptedCamera&) = delete;
@@ -92,6 +94,7 @@ class ScriptedCamera final : public CameraSource {
         });
     }
     void stop() override {
+        if (mayStop_.valid()) mayStop_.wait();
         control_.disconnect();
         thread_.request_stop();
         if (thread_.joinable()) thread_.join();
@@ -100,6 +103,7 @@ class ScriptedCamera final : public CameraSource {
   private:
     SourceControl<CameraPicture>& control_;
     bool delivers_;
+    std::shared_future<void> mayStop_;
     std::jthread thread_;
 };
 
@@ -109,7 +113,9 @@ struct ScriptedDevices final : RecordingDevices {
     bool hasSystemAudio = false;
     bool hasCamera = false;
     bool cameraDelivers = true;
-    std::shared_future<void> soundStop;  ///< when the microphone's stop returns, if that is to be delayed
+    std::shared_future<void> soundStop;      ///< when the microphone's stop returns, if that is to be delayed
+    std::shared_future<void> cameraOpening;  ///< when a camera is open, likewise
+    std::shared_future<void> cameraStop;     ///< when its stop returns, likewise
     SourceControl<SoundChunk> microphone;
     SourceControl<SoundChunk> systemAudio;
     SourceControl<CameraPicture> camera;
@@ -127,8 +133,9 @@ struct ScriptedDevices final : RecordingDevices {
     }
     std::unique_ptr<CameraSource> openCamera(const std::string& identifier) override {
         askedCamera = identifier;
+        if (cameraOpening.valid()) cameraOpening.wait();
         if (!hasCamera) throw CaptureError::noCamera();
-        return std::make_unique<ScriptedCamera>(camera, cameraDelivers);
+        return std::make_unique<ScriptedCamera>(camera, cameraDelivers, cameraStop);
     }
 };
 

@@ -134,6 +134,9 @@ struct ScriptedPicker final : SourcePicker {
 struct ScriptedPlatform final : CapturePlatform {
     ScriptedStream::Script stream = ScriptedStream::Script::oneFrame;
     bool refusesInput = false;
+    bool hasInput = true;      ///< otherwise no source for it can be made
+    bool hasPointer = true;    ///< likewise
+    bool losesServer = false;  ///< as it takes its preflight picture
     std::string pressedKey;
     bool leavesOut = true;
     bool refusesPictures = false;
@@ -142,6 +145,7 @@ struct ScriptedPlatform final : CapturePlatform {
     std::shared_future<void> streamEnd;   ///< when the stream ends by itself, likewise
     int streamsMade = 0;
     std::vector<Rect> preflights;
+    std::optional<Rect> presentFrame;  ///< of every window, if it isn't what it was
     std::vector<ShareableWindow> windows;
     ScriptedPicker::Script picker;
     ScriptedThumbnails::Script thumbnails;
@@ -149,8 +153,13 @@ struct ScriptedPlatform final : CapturePlatform {
     ShareableContent shareableContent() override { return {{{{0, 0, 64, 48}, true}}, windows, 1.0}; }
     bool leavesOutOwnWindows() override { return leavesOut; }
     BgraImage wallpaper(const DesktopScreen&) override { return {}; }
+    ContentFilter withPresentFrame(const ContentFilter& filter) override {
+        return {filter.window, filter.window ? presentFrame.value_or(filter.contentRect) : filter.contentRect,
+                filter.pointPixelScale};
+    }
     bool takePreflightPicture(const ContentFilter& filter) override {
         preflights.push_back(filter.contentRect);
+        if (losesServer) throw std::runtime_error("The script lost its server.");
         return !refusesPictures;
     }
     std::unique_ptr<ScreenStream> makeScreenStream(const StreamConfiguration& configuration) override {
@@ -158,9 +167,11 @@ struct ScriptedPlatform final : CapturePlatform {
         return std::make_unique<ScriptedStream>(stream, configuration, streamStop, streamEnd);
     }
     std::unique_ptr<PointerSource> makePointerSource() override {
+        if (!hasPointer) throw std::runtime_error("The script has no pointer.");
         return std::make_unique<StillPointer>(pointerIsKnown);
     }
     std::unique_ptr<InputEventSource> makeInputEventSource() override {
+        if (!hasInput) throw std::runtime_error("The script has no input.");
         return std::make_unique<ScriptedInput>(refusesInput, pressedKey);
     }
     std::unique_ptr<SourcePicker> makeSourcePicker() override {

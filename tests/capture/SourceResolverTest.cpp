@@ -35,7 +35,7 @@ std::string failure(const CaptureSource& source, const ShareableContent& content
     try {
         resolveSource(source, content);
     } catch (const CaptureError& error) {
-        return error.what();
+        return error.advice().empty() ? error.what() : std::string(error.what()) + " | " + error.advice();
     }
     return "no failure";
 }
@@ -58,10 +58,10 @@ TEST(SourceResolver, DisplaysAreCountedFromZero) {
     const auto target = resolveSource(DisplaySource{0}, desktop());
     EXPECT_EQ(target.displayBounds, (Rect{0, 0, 1000, 800}));
     EXPECT_EQ(failure(DisplaySource{2}, desktop()),
-              "No display available to capture. The displays are numbered 0 to 1.");
+              "No display available to capture. | The displays are numbered 0 to 1.");
     EXPECT_EQ(failure(DisplaySource{-1}, desktop()), failure(DisplaySource{2}, desktop()));
     EXPECT_EQ(failure(MainDisplaySource{}, {}),
-              "No display available to capture. The desktop has none at present.");
+              "No display available to capture. | The desktop has none at present.");
 }
 
 TEST(SourceResolver, AnAreaAcrossTwoDisplaysGoesToTheOneWithMoreOfIt) {
@@ -81,7 +81,7 @@ TEST(SourceResolver, AnAreaPastTheEdgeIsCutToItsDisplay) {
 
 TEST(SourceResolver, AnAreaOffEveryDisplayFails) {
     EXPECT_EQ(failure(RegionSource{{5000, 0, 100, 100}}, desktop()),
-              "No display available to capture. The area lies off every display.");
+              "No display available to capture. | The area lies off every display.");
     EXPECT_EQ(failure(RegionSource{{1600, 0, 100, 100}}, desktop()),
               failure(RegionSource{{5000, 0, 100, 100}}, desktop()));
 }

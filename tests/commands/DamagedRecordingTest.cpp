@@ -53,6 +53,17 @@ TEST_F(DamagedRecordingTest, AMovieThatIsNoneIsNamed) {
     }
 }
 
+TEST_F(DamagedRecordingTest, AMovieThatWasCutOffIsExportedWithOneWarning) {
+    writeRecordedMovie(movie_, 64, 36, plainPictures(100, 10, pureGreen));
+    fs::resize_file(movie_, fs::file_size(movie_) / 2);
+    const CommandResult result = exported();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+    EXPECT_EQ(result.errors.find("tessaloom: \"screen.mov\" was cut off. What is left of it ends at "), 0U)
+        << result.errors;
+    EXPECT_EQ(outputNames(), std::vector<std::string>{"film.mp4"});
+}
+
 TEST_F(DamagedRecordingTest, AMovieOfSoundOnlyIsNamed) {
     writeSoundFile(movie_);
     expectBothRefused("no video track.");

@@ -100,6 +100,22 @@ TEST_F(DesktopCover, ShowsGnomesWallpaperStretched) {
     }
 }
 
+TEST_F(DesktopCover, ShowsADrawingThatIsOneOfSeveralSizes) {
+    write("small.svg", "<svg/>");
+    write(
+        "large.svg",
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="64" height="48">)"
+        R"(<rect width="32" height="48" fill="#c02020"/><rect x="32" width="32" height="48" fill="#2040c0"/></svg>)");
+    const std::string folderName = folder.path().string();
+    write("sizes.xml", "<background><static><file><size width='320' height='240'>" + folderName +
+                           "/small.svg</size><size width='640' height='480'>" + folderName +
+                           "/large.svg</size></file></static></background>");
+    setGnomeWallpaper(folder.path() / "sizes.xml");
+    const BgraImage last = recorded();
+    EXPECT_TRUE(isNearly(colorAt(last, 300, 477), red));
+    EXPECT_TRUE(isNearly(colorAt(last, 340, 2), blue));
+}
+
 TEST_F(DesktopCover, OfAWallpaperThatCannotBeReadIsPlainGrey) {
     write("slides.xml", "<background><starttime/></background>");
     setGnomeWallpaper(folder.path() / "slides.xml");

@@ -166,7 +166,9 @@ TEST_F(SoundAndCamera, WithNothingPluggedInTheScreenIsRecorded) {
     std::this_thread::sleep_for(700ms);
     const TakeBundle bundle = recording.stop();
     const std::string errors = recording.program().errors();
-    EXPECT_NE(errors.find("Recording without the microphone: No microphone available.\n"), std::string::npos);
+    EXPECT_NE(errors.find("Microphone unavailable: This recording will have no microphone audio. "
+                          "No microphone available.\n"),
+              std::string::npos);
     EXPECT_NE(errors.find("Recording without the camera: No camera available.\n"), std::string::npos);
     EXPECT_FALSE(bundle.hasMic());
     EXPECT_FALSE(bundle.hasWebcam());

@@ -4,13 +4,18 @@
 #include <map>
 
 #include "export/ExporterFixture.h"
+#include "media/MediaError.h"
 #include "media/MovieReader.h"
+#include "media/MovieWriter.h"
 #include "render/CpuRenderer.h"
+#include "support/FailingFile.h"
 #include "support/SamePixels.h"
 #include "take/OpenTake.h"
 
 namespace tessaloom::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// Draws every frame whole, whatever its target shows.
 class WholeRenderer : public Renderer {
@@ -123,6 +128,17 @@ class FramePipelineTest : public ExporterTest {
         writeRecordedMovie(bundle_.file(file), 64, 48, pictures);
     }
 
+    /// Large pictures at 60 a second, which takes long to decode and not to write.
+    static void recordStillMovie(const fs::path& movie, double duration) {
+        const auto writer =
+            MovieWriter::create(movie, {.container = MovieWriter::Container::fragmentedMovie,
+                                        .video = H264Settings::exported(1280, 720, 5'000'000)});
+        const YuvImage picture = plainYuv(1280, 720, pureBlue);
+        for (int n = 0; n < static_cast<int>(duration * 60); ++n)
+            writer->appendVideo(picture, n / 60.0, 1 / 60.0, PictureMotion::none);
+        writer->finish();
+    }
+
     template <typename Picture>
     auto drawnBy(Renderer& renderer) const {
         const OutputTimeline timeline(std::vector<TimeSegment>{{0, 4}}, 1, 60);
@@ -138,6 +154,20 @@ class FramePipelineTest : public ExporterTest {
                                          .sink = sink});
         pipeline.run([](double) {}, {});
         return std::move(sink.entries);
+    }
+
+    void drawPlainly(TakeMovies& movies, const OutputTimeline& timeline,
+                     const std::function<void(double)>& progress, const std::stop_token& stop) {
+        PlainRenderer renderer(drawn_);
+        const FrameComposer composer = OpenTake::open(bundle_).composer({}, {});
+        KeepingSink<YuvImage> sink;
+        FramePipeline<YuvImage> pipeline({.movies = movies,
+                                          .timeline = timeline,
+                                          .composer = composer,
+                                          .renderer = renderer,
+                                          .canvas = {64, 36},
+                                          .sink = sink});
+        pipeline.run(progress, stop);
     }
 
     template <typename Picture>
@@ -173,6 +203,31 @@ TEST_F(FramePipelineTest, TellsOfEachTargetWhatItShows) {
 
 TEST_F(FramePipelineTest, HandsAGIFTheSamePicturesAsIfEachWereDrawnWhole) {
     expectTheSamePictures<BgraImage>();
+}
+
+TEST_F(FramePipelineTest, StoppingIsHeardWhileALongCutIsCrossed) {
+    constexpr double duration = 150;
+    const auto movie = bundle_.file(TakeBundle::screenFile);
+    recordStillMovie(movie, duration);
+    // A recording that was killed has no index: a cut has to be read through.
+    fs::resize_file(movie, fs::file_size(movie) - 200);
+    const OutputTimeline timeline(std::vector<TimeSegment>{{0, 0.01}, {duration - 1, duration}}, 1, 60);
+    TakeMovies movies = TakeMovies::open(bundle_, {}, timeline.sourceRange());
+    std::stop_source stop;
+    EXPECT_THROW(drawPlainly(
+                     movies, timeline, [&](double) { stop.request_stop(); }, stop.get_token()),
+                 ExportCancelled);
+    EXPECT_LT(movies.recording.frame(0)->time(), duration - 10);
+}
+
+TEST_F(FramePipelineTest, ADiskThatFailsEndsItWithItsError) {
+    const auto movie = bundle_.file(TakeBundle::screenFile);
+    record(plainPictures(600, 60, pureBlue));
+    const OutputTimeline timeline(std::vector<TimeSegment>{{0, 10}}, 1, 60);
+    TakeMovies movies = TakeMovies::open(bundle_, {}, timeline.sourceRange());
+    const FailingFile failing(movie, fs::file_size(movie) / 2);
+    movies.recording = HeldFrameReader(MovieReader::open(failing.name()));
+    EXPECT_THROW(drawPlainly(movies, timeline, [](double) {}, {}), UnreadableMovie);
 }
 
 }  // namespace

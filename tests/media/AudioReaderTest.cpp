@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "media/MediaError.h"
+#include "support/FailingFile.h"
 #include "support/MovieMaker.h"
 #include "support/SoundMaker.h"
 #include "support/TemporaryFolder.h"
@@ -175,6 +176,14 @@ TEST_F(AudioReaderTest, AFileThatWasCutOffIsHeardUpToTheCut) {
     EXPECT_NEAR(static_cast<double>(AudioReader::open(file("a.wav"))->read(0, sound)), 2 * soundRate, 1024);
     EXPECT_GT(test::peakBetween(sound, 1.9, 1.97), 0.49);
     EXPECT_EQ(test::peakBetween(sound, 2.01, 4), 0);
+}
+
+TEST_F(AudioReaderTest, ADiskThatFailsIsNoEnd) {
+    test::writeWave(file("a.wav"), counting(100'000));
+    const test::FailingFile failing(file("a.wav"), 100'000);
+    const auto reader = AudioReader::open(failing.name());
+    EXPECT_EQ(readAt(*reader, 0, 1000).back().left, 999.0F / 32768);
+    EXPECT_THROW(readAt(*reader, 40'000, 50'000), UnreadableMovie);
 }
 
 }  // namespace

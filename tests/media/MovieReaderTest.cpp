@@ -12,6 +12,8 @@
 #include "media/ColorConversion.h"
 #include "media/MediaError.h"
 #include "media/MovieWriter.h"
+#include "support/FailingFile.h"
+#include "support/LogLines.h"
 #include "support/MovieMaker.h"
 #include "support/TemporaryFolder.h"
 
@@ -156,6 +158,37 @@ TEST_F(MovieReaderTest, ATornTailEndsTheMovieQuietly) {
     EXPECT_GT(last, 3);
     EXPECT_LT(last, 9);
     EXPECT_NEAR(count, last * 30, 2);
+}
+
+TEST_F(MovieReaderTest, ATornTailIsToldOfOnce) {
+    const auto path = tenSeconds();
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) * 6 / 10);
+    const test::LogLines log;
+    const auto reader = MovieReader::open(path);
+    while (reader->next()) {
+    }
+    EXPECT_EQ(log.count("\"ten.mov\" was cut off. What is left of it ends at "), 1);
+}
+
+TEST_F(MovieReaderTest, OfAWholeMovieThereIsNothingToTell) {
+    const test::LogLines log;
+    const auto reader = MovieReader::open(tenSeconds());
+    while (reader->next()) {
+    }
+    EXPECT_FALSE(log.contains("cut off"));
+}
+
+TEST_F(MovieReaderTest, ADiskThatFailsIsNoEnd) {
+    const test::FailingFile failing(tenSeconds(), std::filesystem::file_size(tenSeconds()) * 6 / 10);
+    const auto reader = MovieReader::open(failing.name());
+    try {
+        while (reader->next()) {
+        }
+        FAIL() << "took it for the end";
+    } catch (const UnreadableMovie& error) {
+        EXPECT_STREQ(error.what(), "\"mem\" can't be read: Input/output error.");
+    }
+    EXPECT_THROW(MovieReader::scanDuration(failing.name()), UnreadableMovie);
 }
 
 TEST_F(MovieReaderTest, DurationIsTheEndOfTheLastPicture) {

@@ -3,7 +3,10 @@
 
 #include <QGuiApplication>
 #include <array>
+#include <chrono>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "support/VirtualDesktop.h"
@@ -20,12 +23,22 @@ void showWindowsOn(const tessaloom::test::VirtualDesktop& desktop) {
         qputenv(name, value);
 }
 
+/// The desktop's text resolution, if this test is to have one. Qt reads it when it starts.
+void setDotsPerInch(const tessaloom::test::VirtualDesktop& desktop) {
+    const auto dotsPerInch = qgetenv("TESSALOOM_TEST_DPI").toStdString();
+    if (dotsPerInch.empty()) return;
+    tessaloom::test::ChildProcess xrdb({"sh", "-c", "echo 'Xft.dpi: " + dotsPerInch + "' | xrdb -merge"},
+                                       desktop.environment());
+    if (xrdb.waitForExit(std::chrono::seconds(10)) != 0) throw std::runtime_error(xrdb.errors());
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
     ::testing::InitGoogleTest(&argumentCount, arguments);
     if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
     const tessaloom::test::VirtualDesktop desktop(640, 480);
+    setDotsPerInch(desktop);
     showWindowsOn(desktop);
     const QGuiApplication application(argumentCount, arguments);
     return RUN_ALL_TESTS();

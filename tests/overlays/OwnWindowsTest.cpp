@@ -12,7 +12,8 @@
 #include "capture/CountdownPanel.h"
 #include "capture/ScriptedDevices.h"
 #include "capture/WebcamRecorder.h"
-#include "platform/x11/X11ScreenStream.h"
+#include "platform/x11/X11CapturePlatform.h"
+#include "platform/x11/X11Connection.h"
 #include "support/ChildProcess.h"
 #include "support/TestWindow.h"
 #include "support/XInjector.h"
@@ -51,13 +52,13 @@ std::uint32_t at(const Picture& picture, int x, int y) {
 /// Streams the whole screen and counts the pixels that differ from what they ought to be, in all frames.
 class JudgedStream {
   public:
-    explicit JudgedStream(Picture expected)
+    JudgedStream(CapturePlatform& platform, Picture expected)
         : expected_(std::move(expected)),
-          stream_(X11Connection::open(), {{{}, {0, 0, width, height}, 1.0}, {0, 0, width, height}}) {
-        stream_.start([this](const ScreenFrame& frame) { judge(frame); },
-                      [](const std::string& reason) { ADD_FAILURE() << reason; });
+          stream_(platform.makeScreenStream({{{}, {0, 0, width, height}, 1.0}, {0, 0, width, height}})) {
+        stream_->start([this](const ScreenFrame& frame) { judge(frame); },
+                       [](const std::string& reason) { ADD_FAILURE() << reason; });
     }
-    void stop() { stream_.stop(); }
+    void stop() { stream_->stop(); }
     int frames() const { return frames_; }
     /// How many pixels differed, and the first of them.
     std::string verdict() {
@@ -92,7 +93,7 @@ class JudgedStream {
     std::int64_t differences_ = 0;
     std::string first_;
     std::atomic<int> frames_ = 0;
-    X11ScreenStream stream_;  ///< last, so that its thread ends before what it uses
+    std::unique_ptr<ScreenStream> stream_;  ///< last, so that its thread ends before what it uses
 };
 
 struct Surroundings {
@@ -167,13 +168,14 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
         EXPECT_TRUE(waitUntil([&] { return differsAt(plateX, plateY); })) << "there is no countdown";
         EXPECT_TRUE(waitUntil([&] { return differsAt(bubbleX, bubbleY); })) << "there is no bubble";
     }
-    void hide() {
+    void hide(std::chrono::milliseconds wait = 300ms) {
         countdown.hide();
         camera.hide();
-        goOn(300ms);
+        goOn(wait);
     }
     Picture picture() const { return screenPicture(injector.connection()); }
 
+    X11CapturePlatform platform;
     test::XInjector injector{qgetenv("DISPLAY").toStdString()};
     std::optional<test::ChildProcess> compositor;
     std::optional<test::TestWindow> window;
@@ -186,7 +188,7 @@ class OwnWindowsOnScreen : public ::testing::TestWithParam<Surroundings> {
 TEST_P(OwnWindowsOnScreen, LeaveNoPixelInTheRecording) {
     const Picture without = picture();
     show(without);
-    JudgedStream stream(without);
+    JudgedStream stream(platform, without);
     goOn(200ms);
     countdown.show(2);
     goOn(200ms);
@@ -204,6 +206,31 @@ INSTANTIATE_TEST_SUITE_P(Screens, OwnWindowsOnScreen,
                                            Surroundings{"bareDesktopComposited", "-n", false},
                                            Surroundings{"windowComposited", "-n", true},
                                            Surroundings{"windowAmongShadows", "-c", true}),
+                         [](const auto& info) { return info.param.name; });
+
+/// Windows come and go slowly, over a third of a second.
+class FadingWindows : public OwnWindowsOnScreen {
+  protected:
+    FadingWindows() { goOn(fading); }
+
+    static constexpr auto fading = 600ms;
+};
+
+TEST_P(FadingWindows, LeaveNoPixelInARecordingThatBeginsMeanwhile) {
+    const Picture without = picture();
+    show(without);
+    goOn(fading);
+    hide(120ms);
+    EXPECT_NE(at(picture(), plateX, plateY), at(without, plateX, plateY)) << "nothing fades";
+    JudgedStream stream(platform, without);
+    goOn(fading);
+    EXPECT_GE(stream.frames(), 1);
+    EXPECT_EQ(stream.verdict(), "as expected");
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, FadingWindows,
+                         ::testing::Values(Surroundings{"bareDesktop", "-cf", false},
+                                           Surroundings{"window", "-cf", true}),
                          [](const auto& info) { return info.param.name; });
 
 }  // namespace

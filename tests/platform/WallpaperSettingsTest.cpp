@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "platform/desktop/GnomeBackgroundFile.h"
 #include "platform/desktop/GnomeWallpaper.h"
 #include "platform/desktop/PlasmaWallpaper.h"
 #include "platform/desktop/XfceWallpaper.h"
@@ -40,6 +41,26 @@ TEST(GnomeWallpaper, IsNoneWhereAColourIsShownOrNothingIsKnown) {
     EXPECT_FALSE(gnomeWallpaper("org.gnome.desktop.background picture-uri"));
     EXPECT_FALSE(gnomeWallpaper("org.gnome.desktop.background picture-uri '"));
     EXPECT_FALSE(gnomeWallpaper("org.gnome.desktop.background picture-uri 'https://example.org/a.jpg'\n"));
+}
+
+constexpr const char* sizes = R"(<background><static><duration>8640000.0</duration><file>
+  <size width="1280" height="800">/a/1280x800.svg</size>
+  <size width="2560" height="1600">/a/2560x1600.svg</size>
+  <size width="1920" height="1200">/a/1920x1200.svg</size>
+</file></static></background>)";
+
+TEST(GnomeBackgroundFile, HasAPictureThatCoversTheScreen) {
+    EXPECT_EQ(pictureOfGnomeBackground(sizes, 1920, 1080), Path("/a/1920x1200.svg"));
+    EXPECT_EQ(pictureOfGnomeBackground(sizes, 640, 480), Path("/a/1280x800.svg"));
+    EXPECT_EQ(pictureOfGnomeBackground(sizes, 3840, 2160), Path("/a/2560x1600.svg"));
+}
+
+TEST(GnomeBackgroundFile, OfPicturesThatTakeTurnsOrDamagedHasNone) {
+    const QByteArray still = "<static><file><size width='9' height='9'>/a.jpg</size></file></static>";
+    EXPECT_TRUE(pictureOfGnomeBackground("<background>" + still + "</background>", 9, 9));
+    EXPECT_FALSE(pictureOfGnomeBackground("<background>" + still + still + "</background>", 9, 9));
+    EXPECT_FALSE(pictureOfGnomeBackground("<background>" + still, 9, 9));
+    EXPECT_FALSE(pictureOfGnomeBackground("", 9, 9));
 }
 
 constexpr const char* plasma = R"([ActionPlugins][0]

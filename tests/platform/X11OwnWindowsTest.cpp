@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <fstream>
 #include <optional>
 #include <thread>
@@ -46,23 +47,15 @@ class X11OwnWindows : public ::testing::TestWithParam<bool> {
 
     static StreamConfiguration screen() { return {{{}, {0, 0, 320, 240}, 1.0}, {0, 0, 320, 240}}; }
 
-    xcb_atom_t atom(const std::string& name) const {
-        const auto cookie =
-            xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-        const X11Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
-        return reply->atom;
-    }
-    void setNumber(const TestWindow& window, const std::string& property, xcb_atom_t type,
-                   std::uint32_t value) const {
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window.id(), atom(property), type, 32, 1,
-                            &value);
-    }
+    static std::string ownName() { return QCoreApplication::applicationName().toStdString(); }
     /// Shown by the program that records.
     std::unique_ptr<TestWindow> ownWindow(test::PixelRect rect, const char* type = nullptr) const {
         auto window = std::make_unique<TestWindow>(
-            connection, test::WindowDescription{.rect = rect, .rgb = blue, .isMapped = false});
-        setNumber(*window, "_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
-        if (type != nullptr) setNumber(*window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, atom(type));
+            connection, test::WindowDescription{
+                            .rect = rect, .rgb = blue, .applicationName = ownName(), .isMapped = false});
+        if (type != nullptr)
+            test::setNumber(connection, window->id(), "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
+                            test::atomNamed(connection, type));
         window->map();
         return window;
     }
@@ -138,6 +131,28 @@ TEST_P(X11OwnWindows, OfTheDesktopBelongInThePicture) {
     EXPECT_TRUE(stream.waitForColor(140, 130, blue));
 }
 
+TEST_P(X11OwnWindows, AreLeftOutWithTheFrameThatAWindowManagerPutsAroundThem) {
+    const TestWindow frame(connection, {.rect = {100, 100, 80, 60}, .rgb = green, .isMapped = false});
+    xcb_delete_property(connection, frame.id(), XCB_ATOM_WM_CLASS);
+    const auto own = ownWindow({0, 0, 70, 40});
+    xcb_reparent_window(connection, own->id(), frame.id(), 5, 15);
+    xcb_map_window(connection, frame.id());
+    test::synchronize(connection);
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    EXPECT_EQ(stream.shownAt(140, 130), red);
+    EXPECT_EQ(stream.shownAt(101, 101), red);
+}
+
+TEST_P(X11OwnWindows, AreNotThoseThatOnlyShareOurProcessNumber) {
+    TestWindow other(connection, {.rect = {100, 100, 80, 60}, .rgb = green, .isMapped = false});
+    test::setNumber(connection, other.id(), "_NET_WM_PID", XCB_ATOM_CARDINAL,
+                    static_cast<std::uint32_t>(getpid()));
+    other.map();
+    RecordedStream stream(screen());
+    EXPECT_TRUE(stream.waitForColor(140, 130, green));
+}
+
 /// No window but our own lies on the desktop.
 class BareDesktop : public X11OwnWindows {
   protected:
@@ -207,8 +222,8 @@ TEST_P(BareDesktop, WithAWallpaperShowsItBeneathOurWindows) {
         xcb_poly_fill_rectangle(connection, wallpaper, painting, 1, &line);
     }
     xcb_change_window_attributes(connection, root->root, XCB_CW_BACK_PIXMAP, &wallpaper);
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root->root, atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP,
-                        32, 1, &wallpaper);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root->root,
+                        test::atomNamed(connection, "_XROOTPMAP_ID"), XCB_ATOM_PIXMAP, 32, 1, &wallpaper);
     xcb_clear_area(connection, 0, root->root, 0, 0, 0, 0);
     test::synchronize(connection);
     const auto own = ownWindow({100, 100, 80, 60});

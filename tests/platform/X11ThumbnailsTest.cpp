@@ -2,9 +2,9 @@
 #include "platform/x11/X11Thumbnails.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <condition_variable>
 #include <cstring>
 #include <map>
@@ -93,16 +93,11 @@ class Thumbnails : public ::testing::Test {
         return {window.id(), {0, 0, width, height}, 1};
     }
     std::unique_ptr<TestWindow> ownWindow(test::PixelRect rect) const {
-        auto window = std::make_unique<TestWindow>(
-            connection, test::WindowDescription{.rect = rect, .rgb = blue, .isMapped = false});
-        static constexpr std::string_view name = "_NET_WM_PID";
-        const auto cookie = xcb_intern_atom(connection, 0, name.size(), name.data());
-        const X11Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, cookie, nullptr));
-        const auto process = static_cast<std::uint32_t>(getpid());
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window->id(), atom->atom, XCB_ATOM_CARDINAL,
-                            32, 1, &process);
-        window->map();
-        return window;
+        return std::make_unique<TestWindow>(
+            connection,
+            test::WindowDescription{.rect = rect,
+                                    .rgb = blue,
+                                    .applicationName = QCoreApplication::applicationName().toStdString()});
     }
 
     test::VirtualDesktop desktop{320, 240};

@@ -35,7 +35,7 @@ class PictureFileTest : public ::testing::Test {
 };
 
 TEST_F(PictureFileTest, IsReadWhateverItsFormat) {
-    for (const char* name : {"a.png", "a.jpg", "a.bmp"}) {
+    for (const char* name : {"a.png", "a.jpg", "a.bmp", "a.webp"}) {
         const auto picture = readPictureFile(written(name, {40, 30}, QImage::Format_RGB32));
         ASSERT_TRUE(picture) << name;
         EXPECT_EQ(picture->width(), 40);
@@ -69,6 +69,23 @@ TEST_F(PictureFileTest, OfDrawingInstructionsIsRefused) {
         R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><circle r="4"/></svg>)";
     EXPECT_FALSE(readPictureFile(written("drawing.svg", circle)));
     EXPECT_FALSE(readPictureFile(written("drawing.png", circle)));
+}
+
+TEST_F(PictureFileTest, OfDrawingInstructionsIsDrawnInTheSizeAskedFor) {
+    const auto halves = written(
+        "halves.svg",
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="8" height="9">)"
+        R"(<rect width="4" height="9" fill="#f00"/><rect x="4" width="4" height="9" fill="#00f"/></svg>)");
+    const auto picture = drawPictureFile(halves, 1920, 1080);
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->width(), 1920);
+    EXPECT_EQ(picture->height(), 1080);
+    for (const int y : {0, 1079}) {
+        EXPECT_EQ(test::pixelAt(*picture, 958, y)[2], 255) << "red up to the middle";
+        EXPECT_EQ(test::pixelAt(*picture, 961, y)[0], 255) << "blue from there on";
+    }
+    EXPECT_FALSE(drawPictureFile(written("torn.svg", "<svg><rect"), 40, 30));
+    EXPECT_FALSE(drawPictureFile(written("a.png", {40, 30}, QImage::Format_RGB32), 40, 30));
 }
 
 }  // namespace

@@ -8,11 +8,14 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace tessaloom::test {
 namespace {
@@ -113,6 +116,22 @@ std::optional<SoundFacts> probeSound(const std::filesystem::path& path) {
         av_packet_unref(packet.get());
     facts.firstPacketTime = static_cast<double>(packet->pts) * tick;
     return facts;
+}
+
+double widestStep(const std::filesystem::path& path) {
+    const auto input = open(path);
+    std::map<std::int64_t, double> times;
+    const std::unique_ptr<AVPacket, PacketFree> packet(av_packet_alloc());
+    while (av_read_frame(input.get(), packet.get()) >= 0) {
+        const AVStream& stream = *input->streams[packet->stream_index];
+        times[packet->pos] = static_cast<double>(packet->dts) * av_q2d(stream.time_base);
+        av_packet_unref(packet.get());
+    }
+    double widest = 0;
+    double last = times.empty() ? 0 : times.begin()->second;
+    for (const auto& [place, time] : times)
+        widest = std::max(widest, std::abs(time - std::exchange(last, time)));
+    return widest;
 }
 
 std::vector<std::string> topLevelBoxes(const std::filesystem::path& path) {

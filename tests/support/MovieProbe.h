@@ -49,6 +49,10 @@ std::optional<SoundFacts> probeSound(const std::filesystem::path& path);
 
 MovieFacts probeMovie(const std::filesystem::path& path);
 
+/// The greatest difference in time, in seconds, between packets of whatever track that are neighbours in the
+/// file.
+double widestStep(const std::filesystem::path& path);
+
 /// The names of the boxes at the file's top level, in order.
 std::vector<std::string> topLevelBoxes(const std::filesystem::path& path);
 

@@ -2,6 +2,8 @@
 #include "support/TestWindow.h"
 
 #include <array>
+#include <cstdlib>
+#include <stdexcept>
 
 #include "support/XInjector.h"
 
@@ -75,6 +77,22 @@ void TestWindow::map() {
 void TestWindow::unmap() {
     xcb_unmap_window(connection_, id_);
     synchronize(connection_);
+}
+
+xcb_atom_t atomNamed(xcb_connection_t* connection, const std::string& name) {
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(connection, cookie, nullptr);
+    if (reply == nullptr) throw std::runtime_error("The X server has gone");
+    const xcb_atom_t atom = reply->atom;
+    std::free(reply);  // NOLINT(cppcoreguidelines-owning-memory)
+    return atom;
+}
+
+void setNumber(xcb_connection_t* connection, xcb_window_t window, const std::string& property,
+               xcb_atom_t type, std::uint32_t value) {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atomNamed(connection, property), type, 32,
+                        1, &value);
+    synchronize(connection);
 }
 
 }  // namespace tessaloom::test

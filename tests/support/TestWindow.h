@@ -55,4 +55,11 @@ class TestWindow {
     xcb_gcontext_t context_;
 };
 
+/// Also of a name that the server didn't know before.
+xcb_atom_t atomNamed(xcb_connection_t* connection, const std::string& name);
+
+/// Sets a property of one number of 32 bits.
+void setNumber(xcb_connection_t* connection, xcb_window_t window, const std::string& property,
+               xcb_atom_t type, std::uint32_t value);
+
 }  // namespace tessaloom::test

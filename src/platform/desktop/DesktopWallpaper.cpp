@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <filesystem>
 
+#include "platform/desktop/GnomeBackgroundFile.h"
 #include "platform/desktop/GnomeWallpaper.h"
 #include "platform/desktop/PlasmaWallpaper.h"
 #include "platform/desktop/XfceWallpaper.h"
@@ -28,9 +29,14 @@ QByteArray gnomeSettings(const char* schema) {
     return {};
 }
 
+/// Empty when it can't be read.
+QByteArray content(const std::filesystem::path& path) {
+    QFile file(QString::fromStdString(path.string()));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 QByteArray configuration(const char* file) {
-    QFile stored(QStandardPaths::locate(QStandardPaths::GenericConfigLocation, file));
-    return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray();
+    return content(QStandardPaths::locate(QStandardPaths::GenericConfigLocation, file).toStdString());
 }
 
 /// Of a folder that has one picture in several sizes the largest; a file itself.
@@ -69,8 +75,12 @@ std::optional<std::filesystem::path> wallpaperFile(const DesktopScreen& screen) 
 }  // namespace
 
 std::optional<BgraImage> desktopWallpaper(const DesktopScreen& screen) {
-    const auto file = wallpaperFile(screen);
-    return file ? readPictureFile(*file) : std::nullopt;
+    auto file = wallpaperFile(screen);
+    if (file && file->extension() == ".xml")
+        file = pictureOfGnomeBackground(content(*file), screen.area.width, screen.area.height);
+    if (!file) return std::nullopt;
+    auto picture = readPictureFile(*file);
+    return picture ? std::move(picture) : drawPictureFile(*file, screen.area.width, screen.area.height);
 }
 
 }  // namespace tessaloom

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11BeneathWindows.h"
 
-#include <unistd.h>
 #include <xcb/composite.h>
 #include <xcb/xfixes.h>
 
@@ -11,14 +10,12 @@
 
 #include "base/HostClock.h"
 #include "platform/x11/DamageRegion.h"
+#include "platform/x11/X11WindowOwner.h"
 
 namespace tessaloom {
 namespace {
 
 constexpr std::uint8_t alphaDepth = 32;
-
-/// Fading out included.
-constexpr double longestRepaintSeconds = 0.4;
 
 bool overlap(const PixelRect& a, const PixelRect& b) {
     const PixelRect common = intersection(a, b);
@@ -92,7 +89,8 @@ bool X11BeneathWindows::isPossible(const X11Connection& connection) {
            isThere(&xcb_render_id);
 }
 
-X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connection_(connection) {
+X11BeneathWindows::X11BeneathWindows(const X11Connection& connection, const std::vector<LeftArea>& leftAreas)
+    : connection_(connection) {
     // The server answers requests of an extension only after its version was asked for.
     const X11Reply<xcb_composite_query_version_reply_t> compositeVersion(xcb_composite_query_version_reply(
         connection, xcb_composite_query_version(connection, 0, 4), nullptr));
@@ -102,6 +100,7 @@ X11BeneathWindows::X11BeneathWindows(const X11Connection& connection) : connecti
         xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
     readFormats();
     composited_ = isComposited(connection);
+    if (composited_) leftAreas_ = leftAreas;
     desktop_.emplace(connection, composited_);
     refresh();
 }
@@ -128,17 +127,17 @@ void X11BeneathWindows::readFormats() {
     }
 }
 
-/// Asked once for each window: it is told before the window is first shown.
+/// Found out once for each window: it is told before the window is first shown.
 bool X11BeneathWindows::isOurOwn(xcb_window_t window) {
     const auto known = isOwn_.find(window);
     if (known != isOwn_.end()) return known->second;
-    const auto process = connection_.property32(window, connection_.atom("_NET_WM_PID"));
-    const auto types = connection_.property32(window, connection_.atom("_NET_WM_WINDOW_TYPE"));
+    const xcb_window_t inside = applicationWindowIn(connection_, window);
+    if (inside == XCB_NONE) return false;  // a frame may yet get one
+    const auto types = connection_.property32(inside, connection_.atom("_NET_WM_WINDOW_TYPE"));
     // The desktop cover is the one of ours that belongs in the picture.
     const bool isDesktop =
         std::ranges::find(types, connection_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) != types.end();
-    return isOwn_[window] =
-               !isDesktop && !process.empty() && process.front() == static_cast<std::uint32_t>(getpid());
+    return isOwn_[window] = !isDesktop && isOwnClass(instanceAndClass(connection_, inside).second);
 }
 
 void X11BeneathWindows::forget(xcb_window_t window) {
@@ -177,9 +176,9 @@ std::vector<PixelRect> X11BeneathWindows::leftAndPresent(const std::vector<Pixel
     const double now = HostClock::seconds();
     for (const PixelRect& area : std::exchange(presentAreas_, present)) {
         const bool isLeft = std::ranges::find(present, area) == present.end();
-        if (isLeft && composited_) leftAreas_.push_back({area, now + longestRepaintSeconds});
+        if (isLeft && composited_) leftAreas_.push_back({area, now});
     }
-    std::erase_if(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
+    std::erase_if(leftAreas_, [&](const LeftArea& left) { return left.isClear(now); });
     std::vector<PixelRect> areas = present;
     std::ranges::transform(leftAreas_, std::back_inserter(areas), &LeftArea::area);
     return areas;
@@ -187,7 +186,7 @@ std::vector<PixelRect> X11BeneathWindows::leftAndPresent(const std::vector<Pixel
 
 bool X11BeneathWindows::isOutdated() const {
     const double now = HostClock::seconds();
-    return std::ranges::any_of(leftAreas_, [&](const LeftArea& left) { return left.until <= now; });
+    return std::ranges::any_of(leftAreas_, [&](const LeftArea& left) { return left.isClear(now); });
 }
 
 /// A resized or newly shown window has a new pixmap, so it is named anew each time.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "media/PixelRect.h"
+#include "platform/x11/LeftArea.h"
 #include "platform/x11/X11BareDesktop.h"
 #include "platform/x11/X11Connection.h"
 
@@ -23,8 +24,8 @@ class X11BeneathWindows {
     /// Whether the server has all that this takes.
     static bool isPossible(const X11Connection& connection);
 
-    /// Only where it is possible.
-    explicit X11BeneathWindows(const X11Connection& connection);
+    /// Only where it is possible. `leftAreas` are where windows of ours were before.
+    X11BeneathWindows(const X11Connection& connection, const std::vector<LeftArea>& leftAreas);
     ~X11BeneathWindows();
     X11BeneathWindows(const X11BeneathWindows&) = delete;
     X11BeneathWindows& operator=(const X11BeneathWindows&) = delete;
@@ -57,11 +58,6 @@ class X11BeneathWindows {
         std::uint8_t depth = 0;
         xcb_pixmap_t pixmap = XCB_NONE;
         xcb_damage_damage_t damage = XCB_NONE;
-    };
-
-    struct LeftArea {
-        PixelRect area;
-        double until = 0;  ///< HostClock seconds
     };
 
     void readFormats();

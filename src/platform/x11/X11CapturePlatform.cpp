@@ -41,6 +41,14 @@ ShareableContent X11CapturePlatform::shareableContent() {
     return readShareableContent(*connection);
 }
 
+ContentFilter X11CapturePlatform::withPresentFrame(const ContentFilter& filter) {
+    if (!filter.window) return filter;
+    const auto connection = X11Connection::open();
+    const auto limit = connection->limitWaits();
+    const auto frame = windowFrame(*connection, *filter.window, filter.pointPixelScale);
+    return {filter.window, frame.value_or(filter.contentRect), filter.pointPixelScale};
+}
+
 bool X11CapturePlatform::takePreflightPicture(const ContentFilter& filter) {
     const auto connection = X11Connection::open();
     const auto limit = connection->limitWaits();
@@ -67,7 +75,7 @@ BgraImage X11CapturePlatform::wallpaper(const DesktopScreen& screen) {
 }
 
 std::unique_ptr<ScreenStream> X11CapturePlatform::makeScreenStream(const StreamConfiguration& configuration) {
-    return std::make_unique<X11ScreenStream>(X11Connection::open(), configuration);
+    return std::make_unique<X11ScreenStream>(X11Connection::open(), configuration, hiddenWindows_.areas());
 }
 
 std::unique_ptr<PointerSource> X11CapturePlatform::makePointerSource() {
@@ -87,7 +95,7 @@ std::unique_ptr<SourcePicker> X11CapturePlatform::makeSourcePicker() {
 
 std::unique_ptr<ThumbnailSource> X11CapturePlatform::makeThumbnailSource(
     const std::vector<ContentFilter>& filters, QSize largest) {
-    return std::make_unique<X11Thumbnails>(X11Connection::open(), filters, largest);
+    return std::make_unique<X11Thumbnails>(X11Connection::open(), filters, largest, hiddenWindows_.areas());
 }
 
 }  // namespace tessaloom

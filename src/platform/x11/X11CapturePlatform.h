@@ -2,6 +2,7 @@
 #pragma once
 
 #include "capture/CapturePlatform.h"
+#include "platform/x11/HiddenWindows.h"
 
 namespace tessaloom {
 
@@ -12,6 +13,7 @@ class X11CapturePlatform final : public CapturePlatform {
     static bool isThere();
 
     ShareableContent shareableContent() override;
+    ContentFilter withPresentFrame(const ContentFilter& filter) override;
     bool takePreflightPicture(const ContentFilter& filter) override;
     bool leavesOutOwnWindows() override;
     BgraImage wallpaper(const DesktopScreen& screen) override;
@@ -21,6 +23,9 @@ class X11CapturePlatform final : public CapturePlatform {
     std::unique_ptr<SourcePicker> makeSourcePicker() override;
     std::unique_ptr<ThumbnailSource> makeThumbnailSource(const std::vector<ContentFilter>& filters,
                                                          QSize largest) override;
+
+  private:
+    HiddenWindows hiddenWindows_;
 };
 
 }  // namespace tessaloom

@@ -1,20 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11FrameDelivery.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tessaloom {
 namespace {
 
+constexpr std::size_t leastDepth = 6;
+constexpr std::size_t greatestDepth = 15;
+constexpr std::size_t mostBytes = 128'000'000;
+
 std::vector<std::unique_ptr<X11Frame>> makeFrames(const X11Connection& connection,
                                                   std::size_t bytesPerFrame) {
     std::vector<std::unique_ptr<X11Frame>> frames;
-    while (frames.size() < X11FrameDelivery::depth)
+    while (frames.size() < X11FrameDelivery::depth(bytesPerFrame))
         frames.push_back(std::make_unique<X11Frame>(connection, bytesPerFrame));
     return frames;
 }
 
 }  // namespace
+
+std::size_t X11FrameDelivery::depth(std::size_t bytesPerFrame) {
+    return std::clamp(mostBytes / std::max<std::size_t>(bytesPerFrame, 1), leastDepth, greatestDepth);
+}
 
 X11FrameDelivery::X11FrameDelivery(const X11Connection& connection, std::size_t bytesPerFrame,
                                    ScreenStream::FrameHandler onFrame)

@@ -24,11 +24,12 @@ struct X11Frame {
 };
 
 /// Hands frames to whoever records them, on a thread of its own, so that the next ones can be read meanwhile:
-/// a recorder that stalls for less than `depth` frames misses none. Memory that was never needed is never
-/// touched, and so takes no room.
+/// a recorder that stalls for less than so many frames as can wait misses none. Memory that was never needed
+/// is never touched, and so takes no room.
 class X11FrameDelivery {
   public:
-    static constexpr std::size_t depth = 6;
+    /// How many frames can wait: six at least, a quarter of a second's where they are no larger than 1080p.
+    static std::size_t depth(std::size_t bytesPerFrame);
 
     /// Throws like X11ShmSegment. `connection` outlives it.
     X11FrameDelivery(const X11Connection& connection, std::size_t bytesPerFrame,

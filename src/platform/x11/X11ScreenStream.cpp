@@ -35,9 +35,10 @@ bool isInside(const PixelRect& inner, const PixelRect& outer) {
 }  // namespace
 
 X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
-                                 const StreamConfiguration& configuration)
+                                 const StreamConfiguration& configuration, std::vector<LeftArea> leftAreas)
     : connection_(std::move(connection)),
       configuration_(configuration),
+      leftAreas_(std::move(leftAreas)),
       grid_(configuration.minimumFrameInterval) {}
 
 X11ScreenStream::~X11ScreenStream() {
@@ -49,7 +50,7 @@ void X11ScreenStream::start(FrameHandler onFrame, StopHandler onStopped) {
     if (connection_->screen().root_depth != trueColorDepth)
         throw std::runtime_error("The screen doesn't have 24 bits of colour, which recording needs.");
     connection_->requireExtension(&xcb_shm_id, "MIT-SHM");
-    source_ = X11StreamSource::open(*connection_, configuration_);
+    source_ = X11StreamSource::open(*connection_, configuration_, leftAreas_);
     damage_ = std::make_unique<X11SourceDamage>(*connection_, source_->damagedWindow());
     delivery_ = std::make_unique<X11FrameDelivery>(*connection_, byteCount(wholePicture(configuration_)),
                                                    std::move(onFrame));

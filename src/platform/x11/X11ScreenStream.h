@@ -17,10 +17,12 @@ namespace tessaloom {
 
 /// A display or a window of an X server, read through shared memory whenever the DAMAGE extension reports a
 /// change, on a steady grid of at most 60 readings a second that starts with the first frame. While a frame
-/// is recorded the next ones are read; only when six of them wait is a reading put off.
+/// is recorded the next ones are read; only when as many wait as X11FrameDelivery holds is a reading put off.
 class X11ScreenStream final : public ScreenStream {
   public:
-    X11ScreenStream(std::unique_ptr<X11Connection> connection, const StreamConfiguration& configuration);
+    /// Windows of ours at `leftAreas` were hidden before.
+    X11ScreenStream(std::unique_ptr<X11Connection> connection, const StreamConfiguration& configuration,
+                    std::vector<LeftArea> leftAreas = {});
     ~X11ScreenStream() override;
     X11ScreenStream(const X11ScreenStream&) = delete;
     X11ScreenStream& operator=(const X11ScreenStream&) = delete;
@@ -40,6 +42,7 @@ class X11ScreenStream final : public ScreenStream {
 
     std::unique_ptr<X11Connection> connection_;
     StreamConfiguration configuration_;
+    std::vector<LeftArea> leftAreas_;
     std::unique_ptr<X11StreamSource> source_;
     std::unique_ptr<X11SourceDamage> damage_;
     std::unique_ptr<X11FrameDelivery> delivery_;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/X11ShareableContent.h"
 
-#include <unistd.h>
 #include <xcb/randr.h>
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
 
 #include "platform/x11/DesktopEntries.h"
+#include "platform/x11/ProcessName.h"
+#include "platform/x11/X11WindowOwner.h"
 
 namespace tessaloom {
 namespace {
@@ -43,14 +43,6 @@ ShareableDisplay wholeScreen(const X11Connection& connection, double scale) {
             true};
 }
 
-std::vector<xcb_window_t> childrenOfRoot(const X11Connection& connection) {
-    const auto cookie = xcb_query_tree(connection, connection.root());
-    const X11Reply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(connection, cookie, nullptr));
-    if (!reply) return {};
-    const xcb_window_t* first = xcb_query_tree_children(reply.get());
-    return {first, first + xcb_query_tree_children_length(reply.get())};
-}
-
 /// Bottom to top. The window manager's list holds the applications' own windows; without a window manager
 /// these are the root's children.
 std::vector<xcb_window_t> stackedWindows(const X11Connection& connection) {
@@ -58,7 +50,7 @@ std::vector<xcb_window_t> stackedWindows(const X11Connection& connection) {
         auto windows = connection.property32(connection.root(), connection.atom(list));
         if (!windows.empty()) return windows;
     }
-    return childrenOfRoot(connection);
+    return childrenOf(connection, connection.root());
 }
 
 /// Mapped, drawn to, and under the window manager's rule: menus and tooltips are not.
@@ -70,24 +62,6 @@ bool isOrdinaryAndVisible(const X11Connection& connection, xcb_window_t window) 
            reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
 }
 
-std::optional<Rect> frameOf(const X11Connection& connection, xcb_window_t window, double scale) {
-    const auto geometryCookie = xcb_get_geometry(connection, window);
-    const auto positionCookie = xcb_translate_coordinates(connection, window, connection.root(), 0, 0);
-    const X11Reply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection, geometryCookie, nullptr));
-    const X11Reply<xcb_translate_coordinates_reply_t> position(
-        xcb_translate_coordinates_reply(connection, positionCookie, nullptr));
-    if (!geometry || !position) return std::nullopt;
-    return inPoints(position->dst_x, position->dst_y, geometry->width, geometry->height, scale);
-}
-
-std::string processName(std::uint32_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
-}
-
 bool isNormalType(const X11Connection& connection, xcb_window_t window) {
     const auto types = connection.property32(window, connection.atom("_NET_WM_WINDOW_TYPE"));
     if (types.empty()) return true;
@@ -95,14 +69,6 @@ bool isNormalType(const X11Connection& connection, xcb_window_t window) {
         return type == connection.atom("_NET_WM_WINDOW_TYPE_NORMAL") ||
                type == connection.atom("_NET_WM_WINDOW_TYPE_DIALOG");
     });
-}
-
-/// WM_CLASS holds two texts, each ended by a zero: the instance's name and the class.
-std::pair<std::string, std::string> instanceAndClass(const X11Connection& connection, xcb_window_t window) {
-    const std::string both = connection.property(window, XCB_ATOM_WM_CLASS).value_or(std::string());
-    const std::string instance = both.substr(0, both.find('\0'));
-    const std::string rest = instance.size() < both.size() ? both.substr(instance.size() + 1) : std::string();
-    return {instance, rest.substr(0, rest.find('\0'))};
 }
 
 ShareableWindow describe(const X11Connection& connection, xcb_window_t id, const Rect& frame,
@@ -120,7 +86,7 @@ ShareableWindow describe(const X11Connection& connection, xcb_window_t id, const
         window.applicationName = processName(process.front());
     }
     if (window.applicationName.empty()) window.applicationName = instance;
-    window.isOurOwn = !process.empty() && process.front() == static_cast<std::uint32_t>(getpid());
+    window.isOurOwn = isOwnClass(windowClass);
     const auto title = connection.property(id, connection.atom("_NET_WM_NAME"));
     window.title = title ? *title : connection.property(id, XCB_ATOM_WM_NAME).value_or(std::string());
     window.isNormal = isNormalType(connection, id);
@@ -142,6 +108,17 @@ double pointPixelScale(const X11Connection& connection) {
     return dotsPerInch > 0 ? dotsPerInch / dotsPerInchOfOnePixelPerPoint : 1.0;
 }
 
+std::optional<Rect> windowFrame(const X11Connection& connection, xcb_window_t window, double scale) {
+    const auto geometryCookie = xcb_get_geometry(connection, window);
+    const auto positionCookie = xcb_translate_coordinates(connection, window, connection.root(), 0, 0);
+    const X11Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection, geometryCookie, nullptr));
+    const X11Reply<xcb_translate_coordinates_reply_t> position(
+        xcb_translate_coordinates_reply(connection, positionCookie, nullptr));
+    if (!geometry || !position) return std::nullopt;
+    return inPoints(position->dst_x, position->dst_y, geometry->width, geometry->height, scale);
+}
+
 ShareableContent readShareableContent(const X11Connection& connection) {
     ShareableContent content;
     content.pointPixelScale = pointPixelScale(connection);
@@ -153,7 +130,7 @@ ShareableContent readShareableContent(const X11Connection& connection) {
     std::ranges::reverse(windows);
     for (const xcb_window_t window : windows) {
         if (!isOrdinaryAndVisible(connection, window)) continue;
-        if (const auto frame = frameOf(connection, window, content.pointPixelScale)) {
+        if (const auto frame = windowFrame(connection, window, content.pointPixelScale)) {
             content.windows.push_back(describe(connection, window, *frame, entries));
         }
     }

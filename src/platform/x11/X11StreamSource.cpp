@@ -69,7 +69,8 @@ bool touch(const PixelRect& a, const PixelRect& b) {
 /// picture beside the screen, which is then read instead.
 class RootSource final : public X11StreamSource {
   public:
-    RootSource(const X11Connection& connection, const StreamConfiguration& configuration)
+    RootSource(const X11Connection& connection, const StreamConfiguration& configuration,
+               const std::vector<LeftArea>& leftAreas)
         : connection_(connection),
           root_(connection.root()),
           originX_(pixels(configuration.filter.contentRect.x, configuration) + configuration.source.x),
@@ -83,7 +84,7 @@ class RootSource final : public X11StreamSource {
             rootHeight_ = geometry->height;
         }
         if (!X11BeneathWindows::isPossible(connection)) return;
-        beneath_ = std::make_unique<X11BeneathWindows>(connection);
+        beneath_ = std::make_unique<X11BeneathWindows>(connection, leftAreas);
         refreshOwnAreas();
         // The applications get a moment to draw what our windows cover.
         if (hidesOwnWindows()) std::this_thread::sleep_for(std::chrono::milliseconds(60));
@@ -307,9 +308,10 @@ class WindowSource final : public X11StreamSource {
 }  // namespace
 
 std::unique_ptr<X11StreamSource> X11StreamSource::open(const X11Connection& connection,
-                                                       const StreamConfiguration& configuration) {
+                                                       const StreamConfiguration& configuration,
+                                                       const std::vector<LeftArea>& leftAreas) {
     if (configuration.filter.window) return std::make_unique<WindowSource>(connection, configuration);
-    return std::make_unique<RootSource>(connection, configuration);
+    return std::make_unique<RootSource>(connection, configuration, leftAreas);
 }
 
 }  // namespace tessaloom

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "capture/ScreenStream.h"
+#include "platform/x11/LeftArea.h"
 #include "platform/x11/X11Connection.h"
 
 namespace tessaloom {
@@ -19,9 +20,10 @@ class X11StreamSource {
         gone,        ///< the source is no more
     };
 
-    /// Throws CaptureError or std::runtime_error.
+    /// Windows of ours at `leftAreas` were hidden before. Throws CaptureError or std::runtime_error.
     static std::unique_ptr<X11StreamSource> open(const X11Connection& connection,
-                                                 const StreamConfiguration& configuration);
+                                                 const StreamConfiguration& configuration,
+                                                 const std::vector<LeftArea>& leftAreas);
     virtual ~X11StreamSource() = default;
 
     /// The window whose damage tells of changes, and the picture's top left corner in its coordinates.

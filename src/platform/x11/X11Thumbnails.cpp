@@ -39,10 +39,11 @@ QImage thumbnail(const BgraView& pixels, QSize largest) {
 
 /// One of the things whose pictures are made.
 struct X11Thumbnails::Subject {
-    Subject(const X11Connection& connection, std::size_t number, const ContentFilter& filter)
+    Subject(const X11Connection& connection, std::size_t number, const ContentFilter& filter,
+            const std::vector<LeftArea>& leftAreas)
         : index(number),
           configuration(streamConfiguration({filter, std::nullopt, std::nullopt})),
-          source(X11StreamSource::open(connection, configuration)),
+          source(X11StreamSource::open(connection, configuration, leftAreas)),
           damage(connection, source->damagedWindow()) {}
 
     void note(X11StreamSource::Change change) {
@@ -70,8 +71,11 @@ struct X11Thumbnails::Subject {
 };
 
 X11Thumbnails::X11Thumbnails(std::unique_ptr<X11Connection> connection, std::vector<ContentFilter> filters,
-                             QSize largest)
-    : connection_(std::move(connection)), filters_(std::move(filters)), largest_(largest) {}
+                             QSize largest, std::vector<LeftArea> leftAreas)
+    : connection_(std::move(connection)),
+      filters_(std::move(filters)),
+      largest_(largest),
+      leftAreas_(std::move(leftAreas)) {}
 
 X11Thumbnails::~X11Thumbnails() {
     X11Thumbnails::stop();
@@ -107,7 +111,7 @@ void X11Thumbnails::keepCoveredPixels() const {
 /// None of what can't be seen, as a window that was closed meanwhile.
 std::unique_ptr<X11Thumbnails::Subject> X11Thumbnails::open(std::size_t index) const {
     try {
-        return std::make_unique<Subject>(*connection_, index, filters_[index]);
+        return std::make_unique<Subject>(*connection_, index, filters_[index], leftAreas_);
     } catch (const std::exception& error) {
         qCInfo(Log::sourcePicker, "No thumbnail of number %zu: %s", index, error.what());
         return nullptr;

@@ -11,6 +11,7 @@
 
 #include "capture/CaptureTarget.h"
 #include "capture/ThumbnailSource.h"
+#include "platform/x11/LeftArea.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11ShmSegment.h"
 
@@ -20,8 +21,9 @@ namespace tessaloom {
 /// a second.
 class X11Thumbnails final : public ThumbnailSource {
   public:
+    /// Windows of ours at `leftAreas` were hidden before.
     X11Thumbnails(std::unique_ptr<X11Connection> connection, std::vector<ContentFilter> filters,
-                  QSize largest);
+                  QSize largest, std::vector<LeftArea> leftAreas = {});
     ~X11Thumbnails() override;
     X11Thumbnails(const X11Thumbnails&) = delete;
     X11Thumbnails& operator=(const X11Thumbnails&) = delete;
@@ -44,6 +46,7 @@ class X11Thumbnails final : public ThumbnailSource {
     std::unique_ptr<X11Connection> connection_;
     std::vector<ContentFilter> filters_;
     QSize largest_;
+    std::vector<LeftArea> leftAreas_;
     std::vector<std::unique_ptr<Subject>> subjects_;  ///< those that can be seen
     std::unique_ptr<X11ShmSegment> pixels_;           ///< room for any one of them
     Handler handler_;
