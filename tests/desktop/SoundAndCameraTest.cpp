@@ -186,7 +186,7 @@ TEST(SoundOfAlsa, AMicrophoneThatCannotBeOpenedIsNamedAndTheRestIsRecorded) {
     std::this_thread::sleep_for(500ms);
     const TakeBundle bundle = recording.stop();
     const std::string errors = recording.program().errors();
-    EXPECT_NE(errors.find("Recording without the microphone: ALSA microphone can't be used: Start error: "
+    EXPECT_NE(errors.find("no microphone audio. ALSA microphone can't be used: Start error: "
                           "No such file or directory.\n"),
               std::string::npos)
         << errors;

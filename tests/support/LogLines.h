@@ -43,30 +43,33 @@ class LogLines {
     /// The number of the first line with this text; -1 when there is none.
     std::ptrdiff_t find(std::string_view text) const {
         const std::lock_guard guard(lock_);
-        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
         const auto found =
-            std::ranges::find_if(lines_, [&](const Line& line) { return line.text.contains(part); });
+            std::ranges::find_if(lines_, [text](const Line& line) { return line.contains(text); });
         return found == lines_.end() ? -1 : found - lines_.begin();
     }
 
   private:
     struct Line {
         QtMsgType level;
+        QLatin1String category;  ///< lives as long as the program
         QString text;
+
+        /// Each line is headed by its category.
+        bool contains(std::string_view part) const {
+            const QString whole = category + QStringLiteral(": ") + text;
+            return whole.contains(QString::fromUtf8(part.data(), static_cast<qsizetype>(part.size())));
+        }
     };
 
     template <typename Condition>
     std::ptrdiff_t countWhere(std::string_view text, Condition condition) const {
         const std::lock_guard guard(lock_);
-        const auto part = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
         return std::ranges::count_if(
-            lines_, [&](const Line& line) { return line.text.contains(part) && condition(line); });
+            lines_, [&](const Line& line) { return line.contains(text) && condition(line); });
     }
-    /// Each line is headed by its category.
     static void receive(QtMsgType level, const QMessageLogContext& context, const QString& text) {
         const std::lock_guard guard(lock_);
-        if (current_ != nullptr)
-            current_->lines_.push_back({level, QLatin1String(context.category) + ": " + text});
+        if (current_ != nullptr) current_->lines_.push_back({level, QLatin1String(context.category), text});
     }
 
     inline static std::mutex lock_;
