@@ -18,7 +18,7 @@ class InputEventTap {
     /// False, with a line in the log, when the desktop doesn't let us listen.
     bool start();
     /// What the user has set, as it was at the start.
-    ClickLimits clickLimits() const { return source_->clickLimits(); }
+    ClickLimits clickLimits() const { return source_ ? source_->clickLimits() : ClickLimits(); }
     /// Nothing is collected after it returns. Safe to call at any time, also twice.
     void stop();
 

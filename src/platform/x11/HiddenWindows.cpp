@@ -12,9 +12,14 @@
 namespace tessaloom {
 namespace {
 
-/// With its frame, if it has one, and with pixels that it covers in part.
+/// With its frame, if it can have one: asking for that waits for the server, which may hang.
+QRect placeOf(const QWindow& window) {
+    return window.flags().testFlag(Qt::FramelessWindowHint) ? window.geometry() : window.frameGeometry();
+}
+
+/// With pixels that it covers in part.
 PixelRect areaOf(const QWindow& window) {
-    const QRect frame = window.frameGeometry();
+    const QRect frame = placeOf(window);
     const QPoint corner = window.screen() != nullptr ? window.screen()->geometry().topLeft() : QPoint();
     const Rect area =
         inDesktopPixels({static_cast<double>(frame.x()), static_cast<double>(frame.y()),
