@@ -113,7 +113,8 @@ TEST_F(ChooserBeforeACountdown, AWindowThatIsClosedOnceItWasPickedIsAPlainFailur
     ASSERT_TRUE(waitUntil([&] { return screenColorAt(injector, 5, 5) == gray; })) << "the sheet stays";
     covered.reset();
     EXPECT_EQ(exitStatus(), 1);
-    EXPECT_NE(program->errors().find("tessaloom: Couldn't start recording: The selected source never produced a frame."),
+    EXPECT_NE(program->errors().find(
+                  "tessaloom: Couldn't start recording: The selected source never produced a frame."),
               std::string::npos)
         << program->errors();
     EXPECT_EQ(program->output(), "");
