@@ -82,6 +82,19 @@ TEST_F(X11Stream, SteadyChangesGiveFramesOnOneGridOfSixtyASecond) {
     EXPECT_LE(static_cast<double>(times.size()), (times.back() - times.front()) * 60.0 + 1.1);
 }
 
+TEST_F(X11Stream, NoChangeIsForgottenWhileWindowsComeAndGo) {
+    TestWindow window(connection, {{0, 0, 100, 50}, red});
+    RecordedStream stream(screen());
+    ASSERT_TRUE(stream.waitForFrames(1));
+    for (std::uint32_t round = 1; round <= 200; ++round) {
+        // The stream asks the server about the other window, and the change comes just then.
+        const TestWindow other(connection, {{200, 100, 20, 20}, blue});
+        std::this_thread::sleep_for(std::chrono::microseconds(round * 10));
+        window.fill({0, 0, 100, 50}, round << 16U);
+        ASSERT_TRUE(stream.waitForColor(50, 25, round << 16U)) << round;
+    }
+}
+
 /// A recorder that takes the first frame and doesn't return before it is let go.
 class StalledRecorder {
   public:

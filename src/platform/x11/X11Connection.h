@@ -34,6 +34,10 @@ class X11Connection {
     X11Reply<xcb_generic_event_t> pollEvent() const {
         return X11Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_.get()));
     }
+    /// One that came along with a reply: the socket doesn't tell of it any more.
+    X11Reply<xcb_generic_event_t> pollQueuedEvent() const {
+        return X11Reply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection_.get()));
+    }
     void flush() const { xcb_flush(connection_.get()); }
 
     /// Ends a wait for the server at once, also one that a hung server would never end, and all use of the

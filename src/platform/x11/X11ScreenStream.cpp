@@ -102,16 +102,23 @@ void X11ScreenStream::endByItself(const std::string& reason) {
 
 /// A still screen costs nothing: only the server, or a stop that hangs up, ends this.
 void X11ScreenStream::waitForEvent() const {
+    connection_->flush();
     pollfd descriptor{connection_->fileDescriptor(), POLLIN, 0};
     poll(&descriptor, 1, -1);
 }
 
+/// Until none is left: the source asks the server after some of them, and a change that is told of together
+/// with the answer would never be told of again.
 bool X11ScreenStream::handleEvents() {
-    while (const auto event = connection_->pollEvent()) {
-        if (damage_->isDamageEvent(*event)) damaged_ = true;
-        note(source_->handle(*event));
-    }
-    note(source_->afterEvents());
+    auto event = connection_->pollEvent();
+    do {
+        for (; event; event = connection_->pollEvent()) {
+            if (damage_->isDamageEvent(*event)) damaged_ = true;
+            note(source_->handle(*event));
+        }
+        note(source_->afterEvents());
+        event = connection_->pollQueuedEvent();
+    } while (event);
     return !gone_;
 }
 

@@ -147,13 +147,17 @@ void X11Thumbnails::run(const std::stop_token& stop) {
 
 bool X11Thumbnails::handleEvents() {
     bool any = false;
-    while (const auto event = connection_->pollEvent()) {
-        any = true;
+    auto event = connection_->pollEvent();
+    do {
+        for (; event; event = connection_->pollEvent()) {
+            any = true;
+            for (const auto& subject : subjects_)
+                subject->note(subject->source->handle(*event));
+        }
         for (const auto& subject : subjects_)
-            subject->note(subject->source->handle(*event));
-    }
-    for (const auto& subject : subjects_)
-        subject->note(subject->source->afterEvents());
+            subject->note(subject->source->afterEvents());
+        event = connection_->pollQueuedEvent();
+    } while (event);
     std::erase_if(subjects_, [this](const auto& subject) {
         if (subject->isGone) gone_.push_back(subject->index);
         return subject->isGone;
