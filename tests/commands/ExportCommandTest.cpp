@@ -20,7 +20,7 @@ class ExportCommandTest : public CommandTest {
     void makeEndlessRecording() const {
         EventLog log;
         log.captureRect = {.x = 0, .y = 0, .width = 64, .height = 36, .displayScaleFactor = 1};
-        log.cursorSamples = {{.pts = 0, .x = 0, .y = 0}, {.pts = 1800, .x = 1, .y = 1}};
+        log.cursorSamples = {{.pts = 0, .x = 0, .y = 0}, {.pts = 40'000, .x = 1, .y = 1}};
         makeRecording("endless").write(log);
     }
 

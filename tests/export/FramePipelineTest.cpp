@@ -206,7 +206,7 @@ TEST_F(FramePipelineTest, HandsAGIFTheSamePicturesAsIfEachWereDrawnWhole) {
 }
 
 TEST_F(FramePipelineTest, StoppingIsHeardWhileALongCutIsCrossed) {
-    constexpr double duration = 150;
+    constexpr double duration = 900;
     const auto movie = bundle_.file(TakeBundle::screenFile);
     recordStillMovie(movie, duration);
     // A recording that was killed has no index: a cut has to be read through.
